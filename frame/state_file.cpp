@@ -1,0 +1,186 @@
+#include "frame/state_file.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <string.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace scanblocks {
+namespace {
+
+int open_file(const char* path, int flags) {
+  for (;;) {
+    const int file = open(path, flags | O_CLOEXEC, 0666);
+    if (file >= 0 || errno != EINTR) return file;
+  }
+}
+
+char* append(char* end, const char* text, std::size_t limit) {
+  const std::size_t length = strnlen(text, limit);
+  memcpy(end, text, length);
+  return end + length;
+}
+
+void parse_value(const char* text, const KeySlot& key, void* members) {
+  switch (key.kind) {
+    case Kind::kNumber: member<Number>(members, key.offset).value = parse_fixed(text); break;
+    case Kind::kSingle: member<float>(members, key.offset) = to_single(parse_fixed(text)); break;
+    case Kind::kFlag:
+    case Kind::kExactFlag: member<Flag>(members, key.offset).on = parse_int32(text) != 0; break;
+    case Kind::kInteger:
+    case Kind::kState:
+    case Kind::kCount: member<std::int32_t>(members, key.offset) = parse_int32(text); break;
+    case Kind::kUnsigned:
+      member<std::uint32_t>(members, key.offset) = static_cast<std::uint32_t>(parse_int64(text));
+      break;
+    case Kind::kUnsigned64:
+    case Kind::kSigned64: member<std::int64_t>(members, key.offset) = parse_int64(text); break;
+  }
+}
+
+void format_value(const KeySlot& key, const void* members, char* text) {
+  switch (key.kind) {
+    case Kind::kNumber: format_fixed(member<Number>(members, key.offset).value, text); break;
+    case Kind::kSingle: format_fixed(to_double(member<float>(members, key.offset)), text); break;
+    case Kind::kFlag:
+    case Kind::kExactFlag: *text = member<Flag>(members, key.offset) ? '1' : '0'; break;
+    case Kind::kInteger:
+    case Kind::kState: format_signed(member<std::int32_t>(members, key.offset), text); break;
+    case Kind::kCount:
+    case Kind::kUnsigned: format_unsigned(member<std::uint32_t>(members, key.offset), text); break;
+    case Kind::kUnsigned64:
+    case Kind::kSigned64:
+      format_unsigned(member<std::uint64_t>(members, key.offset), text);
+      break;
+  }
+}
+
+// Compares a record's key, which may lack its NUL, with the name of a slot.
+bool has_name(const char* record, const KeySlot& key) {
+  return strncmp(record, key.name, kKeySize) == 0;
+}
+
+// `expected` is the slot that a file written by this block has at this place.
+const KeySlot* find(const char* record, std::span<const KeySlot> keys, std::size_t expected) {
+  if (expected < keys.size() && has_name(record, keys[expected])) return &keys[expected];
+  for (const KeySlot& key : keys)
+    if (has_name(record, key)) return &key;
+  return nullptr;
+}
+
+void parse_records(const char* bytes, std::size_t size, std::span<const KeySlot> keys,
+                   void* members) {
+  for (std::size_t i = 0; (i + 1) * kRecordSize <= size; ++i) {
+    const char* record = bytes + i * kRecordSize;
+    const KeySlot* key = find(record, keys, i);
+    if (key != nullptr && key->read_back) parse_value(record + kKeySize, *key, members);
+  }
+}
+
+// Writes all bytes at the start of the file; returns how many went in before an error, if any.
+std::size_t write_at_start(int file, const char* bytes, std::size_t size) {
+  std::size_t written = 0;
+  while (written < size) {
+    const ssize_t count =
+        pwrite(file, bytes + written, size - written, static_cast<off_t>(written));
+    if (count > 0) {
+      written += static_cast<std::size_t>(count);
+      // A file-size limit shows as a short write; the next one would raise SIGXFSZ.
+      rlimit limit{};
+      if (written < size && getrlimit(RLIMIT_FSIZE, &limit) == 0 && written >= limit.rlim_cur)
+        break;
+    } else if (count == 0 || errno != EINTR) {
+      break;
+    }
+  }
+  return written;
+}
+
+}  // namespace
+
+StateFile::StateFile(const Pin* pins, const char* prefix) {
+  constexpr std::size_t kLimit = sizeof(Pin::Text) - 1;
+  char* end = append(path_, pins[SCANBLOCKS_STATE_DIR].Text, kLimit);
+  end = append(end, prefix, kKeySize);
+  end = append(end, pins[SCANBLOCKS_GROUP_TAG].Text, kLimit);
+  end = append(end, "_", 1);
+  end = append(end, pins[SCANBLOCKS_INSTANCE_TAG].Text, kLimit);
+  memcpy(end, ".dat", sizeof ".dat");
+
+  file_ = open_file(path_, O_RDWR);
+  if (file_ >= 0) {
+    writable_ = true;
+  } else if (errno == ENOENT) {
+    absent_ = true;
+  } else {  // a read-only file or file system, a directory, ...
+    file_ = open_file(path_, O_RDONLY);
+  }
+}
+
+StateFile::~StateFile() {
+  if (file_ >= 0) close(file_);
+}
+
+void StateFile::load(std::span<const KeySlot> keys, void* members) {
+  const std::size_t usual = keys.size() * kRecordSize;
+  char* chunk = old_;  // the first chunk is kept; later ones, of a longer file, pass through new_
+  std::size_t held = 0;
+  for (;;) {
+    const ssize_t count = read(file_, chunk + held, kCapacity - held);
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      writable_ = false;
+      break;
+    }
+    held += static_cast<std::size_t>(count);
+    size_ += static_cast<std::size_t>(count);
+    if (count == 0 || size_ == usual) break;
+    if (held == kCapacity) {
+      parse_records(chunk, held, keys, members);
+      chunk = new_;
+      held = 0;
+    }
+  }
+  parse_records(chunk, held, keys, members);
+}
+
+void StateFile::save(std::span<const KeySlot> keys, const void* members) {
+  if (absent_) {
+    file_ = open_file(path_, O_WRONLY | O_CREAT);
+    writable_ = file_ >= 0;
+  }
+  if (!writable_) return;
+
+  const std::size_t usual = keys.size() * kRecordSize;
+  // A longer file is first overwritten to its end with empty records, so that nothing of it counts
+  // any more when the call is interrupted before the cut.
+  const std::size_t length = size_ <= usual ? usual : size_ < kCapacity ? size_ : kCapacity;
+  memset(new_, 0, length);
+  char* record = new_;
+  for (const KeySlot& key : keys) {
+    memcpy(record, key.name, sizeof key.name);
+    format_value(key, members, record + kKeySize);
+    record += kRecordSize;
+  }
+
+  const std::size_t written = write_at_start(file_, new_, length);
+  if (written < length) {
+    undo(written);
+  } else if (size_ > usual) {
+    while (ftruncate(file_, static_cast<off_t>(usual)) < 0 && errno == EINTR) {
+    }
+  }
+}
+
+// Brings back what a write that failed half way has overwritten.
+void StateFile::undo(std::size_t written) {
+  if (absent_) {
+    unlink(path_);
+  } else if (written > 0) {
+    write_at_start(file_, old_, written < size_ ? written : size_);
+    if (written > size_ && ftruncate(file_, static_cast<off_t>(size_)) < 0) return;
+  }
+}
+
+}  // namespace scanblocks
