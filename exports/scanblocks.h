@@ -49,7 +49,8 @@ void PID(const Pin* inputs, Pin* outputs); /* 14 inputs, 2 outputs */
 
 /* Milliseconds since 1970-01-01 UTC, by gettimeofday, microseconds truncated. */
 int64_t zelgetTime(void);
-/* Seconds since 1970-01-01 UTC, in the width of the platform's time value (32 bits on the target). */
+/* Seconds since 1970-01-01 UTC, in the width of the platform's time value (32 bits on the target).
+ */
 long zelgetTimeSec(void);
 
 /* Data objects, all zero. No function uses them. */

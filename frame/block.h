@@ -79,8 +79,8 @@ consteval std::array<KeySlot, kCount> key_slots(std::span<const Field> fields) {
 }
 
 template <const auto& block>
-inline constexpr auto input_slots =
-    pin_slots<count_pins(block.inputs)>(block.inputs, SCANBLOCKS_FIRST_VALUE);
+inline constexpr auto input_slots = pin_slots<count_pins(block.inputs)>(block.inputs,
+                                                                        SCANBLOCKS_FIRST_VALUE);
 template <const auto& block>
 inline constexpr auto output_slots = pin_slots<count_pins(block.outputs)>(block.outputs, 0);
 template <const auto& block>
@@ -114,8 +114,7 @@ void call(const Pin* inputs, Pin* outputs, [[maybe_unused]] const char* prefix) 
 template <class BlockType>
 constexpr BlockInfo describe(const char* name, const BlockType& block) {
   if constexpr (requires { block.keys; }) {
-    return {name,         block.family, block.title, block.inputs,
-            block.outputs, block.keys,   block.states};
+    return {name, block.family, block.title, block.inputs, block.outputs, block.keys, block.states};
   } else {
     return {name, block.family, block.title, block.inputs, block.outputs, {}, {}};
   }
@@ -124,13 +123,13 @@ constexpr BlockInfo describe(const char* name, const BlockType& block) {
 #define SCANBLOCKS_EXPORT __attribute__((visibility("default")))
 
 // Exports the block under its name and describes it for the catalogue.
-#define BLOCK(Name, block)                                                     \
-  extern "C" SCANBLOCKS_EXPORT void Name(const Pin* inputs, Pin* outputs) {    \
-    ::scanblocks::call<block>(inputs, outputs, "/" #Name "_");                 \
-  }                                                                            \
-  namespace scanblocks::catalogue {                                            \
-  extern const BlockInfo Name;                                                 \
-  constinit const BlockInfo Name = ::scanblocks::describe(#Name, block);       \
+#define BLOCK(Name, block)                                                  \
+  extern "C" SCANBLOCKS_EXPORT void Name(const Pin* inputs, Pin* outputs) { \
+    ::scanblocks::call<block>(inputs, outputs, "/" #Name "_");              \
+  }                                                                         \
+  namespace scanblocks::catalogue {                                         \
+  extern const BlockInfo Name;                                              \
+  constinit const BlockInfo Name = ::scanblocks::describe(#Name, block);    \
   }
 
 }  // namespace scanblocks

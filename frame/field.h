@@ -47,19 +47,28 @@ enum class Kind : std::uint8_t {
 
 template <class Member>
 consteval Kind kind_of() {
-  if constexpr (std::is_same_v<Member, Number>) return Kind::kNumber;
-  else if constexpr (std::is_same_v<Member, float>) return Kind::kSingle;
-  else if constexpr (std::is_same_v<Member, std::int32_t>) return Kind::kInteger;
-  else if constexpr (std::is_same_v<Member, Flag>) return Kind::kFlag;
-  else if constexpr (std::is_same_v<Member, ExactFlag>) return Kind::kExactFlag;
-  else if constexpr (std::is_same_v<Member, Count>) return Kind::kCount;
-  else if constexpr (std::is_same_v<Member, std::uint32_t>) return Kind::kUnsigned;
-  else if constexpr (std::is_same_v<Member, std::uint64_t>) return Kind::kUnsigned64;
-  else if constexpr (std::is_same_v<Member, std::int64_t>) return Kind::kSigned64;
+  if constexpr (std::is_same_v<Member, Number>)
+    return Kind::kNumber;
+  else if constexpr (std::is_same_v<Member, float>)
+    return Kind::kSingle;
+  else if constexpr (std::is_same_v<Member, std::int32_t>)
+    return Kind::kInteger;
+  else if constexpr (std::is_same_v<Member, Flag>)
+    return Kind::kFlag;
+  else if constexpr (std::is_same_v<Member, ExactFlag>)
+    return Kind::kExactFlag;
+  else if constexpr (std::is_same_v<Member, Count>)
+    return Kind::kCount;
+  else if constexpr (std::is_same_v<Member, std::uint32_t>)
+    return Kind::kUnsigned;
+  else if constexpr (std::is_same_v<Member, std::uint64_t>)
+    return Kind::kUnsigned64;
+  else if constexpr (std::is_same_v<Member, std::int64_t>)
+    return Kind::kSigned64;
   else {
-    static_assert(std::is_enum_v<Member> &&
-                      std::is_same_v<std::underlying_type_t<Member>, std::int32_t>,
-                  "a field is one of the types of Kind");
+    static_assert(
+        std::is_enum_v<Member> && std::is_same_v<std::underlying_type_t<Member>, std::int32_t>,
+        "a field is one of the types of Kind");
     return Kind::kState;
   }
 }
@@ -85,12 +94,11 @@ inline constexpr const char* kClockSec = "clock s";
 
 // FIELD(Struct, Member, "sentence") or FIELD(Struct, Member, "sentence", "unit").
 // FIELD_AS takes the exported name apart from the member; WRITE_ONLY is a key that is never read.
-#define FIELD_AS(Struct, Member, name, ...)                            \
-  ::scanblocks::make_field(name, offsetof(Struct, Member),             \
+#define FIELD_AS(Struct, Member, name, ...)                \
+  ::scanblocks::make_field(name, offsetof(Struct, Member), \
                            ::scanblocks::kind_of<decltype(Struct::Member)>(), __VA_ARGS__)
 #define FIELD(Struct, Member, ...) FIELD_AS(Struct, Member, #Member, __VA_ARGS__)
-#define WRITE_ONLY(Struct, Member, ...) \
-  ::scanblocks::write_only(FIELD(Struct, Member, __VA_ARGS__))
+#define WRITE_ONLY(Struct, Member, ...) ::scanblocks::write_only(FIELD(Struct, Member, __VA_ARGS__))
 #define NO_PIN \
   ::scanblocks::Field { .name = "", .help = "not read", .mark = ::scanblocks::Mark::kNoPin }
 
@@ -112,9 +120,9 @@ struct StateName {
 
 // All that the host and the manual know of a block beyond calling it.
 struct BlockInfo {
-  const char* name;    // as exported
-  const char* family;  // its folder: "control", "drives", ...
-  const char* title;   // what it is, in a few words
+  const char* name;                // as exported
+  const char* family;              // its folder: "control", "drives", ...
+  const char* title;               // what it is, in a few words
   std::span<const Field> inputs;   // row 0 is input pin 5
   std::span<const Field> outputs;  // row 0 is output pin 0
   std::span<const Field> keys;     // the state file's records in their order; none: stateless

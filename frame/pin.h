@@ -13,7 +13,7 @@
 typedef struct Pin {
   uint32_t Header[2]; /* the host's own */
   double Value;       /* IEEE 754 double in the byte order of the machine */
-  char Text[64];      /* at most 63 characters and a NUL; a missing NUL is read as a 64th byte of 0 */
+  char Text[64]; /* at most 63 characters and a NUL; a missing NUL is read as a 64th byte of 0 */
 } Pin;
 
 #ifdef __cplusplus

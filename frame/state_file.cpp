@@ -24,31 +24,51 @@ char* append(char* end, const char* text, std::size_t limit) {
 
 void parse_value(const char* text, const KeySlot& key, void* members) {
   switch (key.kind) {
-    case Kind::kNumber: member<Number>(members, key.offset).value = parse_fixed(text); break;
-    case Kind::kSingle: member<float>(members, key.offset) = to_single(parse_fixed(text)); break;
+    case Kind::kNumber:
+      member<Number>(members, key.offset).value = parse_fixed(text);
+      break;
+    case Kind::kSingle:
+      member<float>(members, key.offset) = to_single(parse_fixed(text));
+      break;
     case Kind::kFlag:
-    case Kind::kExactFlag: member<Flag>(members, key.offset).on = parse_int32(text) != 0; break;
+    case Kind::kExactFlag:
+      member<Flag>(members, key.offset).on = parse_int32(text) != 0;
+      break;
     case Kind::kInteger:
     case Kind::kState:
-    case Kind::kCount: member<std::int32_t>(members, key.offset) = parse_int32(text); break;
+    case Kind::kCount:
+      member<std::int32_t>(members, key.offset) = parse_int32(text);
+      break;
     case Kind::kUnsigned:
       member<std::uint32_t>(members, key.offset) = static_cast<std::uint32_t>(parse_int64(text));
       break;
     case Kind::kUnsigned64:
-    case Kind::kSigned64: member<std::int64_t>(members, key.offset) = parse_int64(text); break;
+    case Kind::kSigned64:
+      member<std::int64_t>(members, key.offset) = parse_int64(text);
+      break;
   }
 }
 
 void format_value(const KeySlot& key, const void* members, char* text) {
   switch (key.kind) {
-    case Kind::kNumber: format_fixed(member<Number>(members, key.offset).value, text); break;
-    case Kind::kSingle: format_fixed(to_double(member<float>(members, key.offset)), text); break;
+    case Kind::kNumber:
+      format_fixed(member<Number>(members, key.offset).value, text);
+      break;
+    case Kind::kSingle:
+      format_fixed(to_double(member<float>(members, key.offset)), text);
+      break;
     case Kind::kFlag:
-    case Kind::kExactFlag: *text = member<Flag>(members, key.offset) ? '1' : '0'; break;
+    case Kind::kExactFlag:
+      *text = member<Flag>(members, key.offset) ? '1' : '0';
+      break;
     case Kind::kInteger:
-    case Kind::kState: format_signed(member<std::int32_t>(members, key.offset), text); break;
+    case Kind::kState:
+      format_signed(member<std::int32_t>(members, key.offset), text);
+      break;
     case Kind::kCount:
-    case Kind::kUnsigned: format_unsigned(member<std::uint32_t>(members, key.offset), text); break;
+    case Kind::kUnsigned:
+      format_unsigned(member<std::uint32_t>(members, key.offset), text);
+      break;
     case Kind::kUnsigned64:
     case Kind::kSigned64:
       format_unsigned(member<std::uint64_t>(members, key.offset), text);

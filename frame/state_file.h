@@ -43,9 +43,9 @@ class StateFile {
 
   char path_[kPathSize];
   int file_ = -1;
-  bool absent_ = false;    // there is no file: it may be created
-  bool writable_ = false;  // what the file held was read whole, and it may be overwritten
-  std::size_t size_ = 0;   // bytes in the file
+  bool absent_ = false;             // there is no file: it may be created
+  bool writable_ = false;           // what the file held was read whole, and it may be overwritten
+  std::size_t size_ = 0;            // bytes in the file
   alignas(8) char old_[kCapacity];  // the head of the file as it was read
   alignas(8) char new_[kCapacity];  // the image to write
 };

@@ -38,8 +38,8 @@ std::uint32_t millionths(std::uint64_t fraction, int shift) {
   const std::uint64_t low = (upper << 32) | (lower & 0xFFFFFFFFu);
 
   std::uint64_t quotient = 0;
-  std::uint64_t half = 0;       // what lies above the rest's halfway bit decides
-  bool above_half = false;      // any bit below the halfway bit
+  std::uint64_t half = 0;   // what lies above the rest's halfway bit decides
+  bool above_half = false;  // any bit below the halfway bit
   if (shift < 64) {
     quotient = (high << (64 - shift)) | (low >> shift);
     half = (low >> (shift - 1)) & 1;

@@ -15,13 +15,13 @@ inline constexpr std::size_t kTextSize = 64;
 // decimals, halfway cases to even, no exponent; "inf", "-inf", "nan", "-nan". A longer text is
 // cut at 63 characters.
 std::size_t format_fixed(double value, char* text);
-std::size_t format_signed(std::int32_t value, char* text);      // "%d"
-std::size_t format_unsigned(std::uint64_t value, char* text);   // "%lu", "%llu"
+std::size_t format_signed(std::int32_t value, char* text);     // "%d"
+std::size_t format_unsigned(std::uint64_t value, char* text);  // "%lu", "%llu"
 
 // Each skips leading white space, converts the longest prefix that is a number and ignores the
 // rest; a text without a number gives 0. The text ends at its NUL or after kTextSize characters.
-double parse_fixed(const char* text);         // atof in the C locale
-std::int32_t parse_int32(const char* text);   // atoi and atol of a 32-bit machine: saturates
-std::int64_t parse_int64(const char* text);   // atoll: saturates
+double parse_fixed(const char* text);        // atof in the C locale
+std::int32_t parse_int32(const char* text);  // atoi and atol of a 32-bit machine: saturates
+std::int64_t parse_int64(const char* text);  // atoll: saturates
 
 }  // namespace scanblocks

@@ -33,14 +33,10 @@ struct In {
   Number OutMax;
 };
 constexpr Field inputs[] = {
-    FIELD(In, Enable, "runs the controller"),
-    FIELD(In, ProcessValue, "measured value"),
-    FIELD(In, SetPoint, "desired value"),
-    FIELD(In, Kp, "gain of the error"),
-    FIELD(In, Ki, "gain of the integral", "1/s"),
-    FIELD(In, Kd, "gain of the error's change", "s"),
-    FIELD(In, Bias, "added to the sum"),
-    FIELD(In, OutMin, "lower limit of Q"),
+    FIELD(In, Enable, "runs the controller"),     FIELD(In, ProcessValue, "measured value"),
+    FIELD(In, SetPoint, "desired value"),         FIELD(In, Kp, "gain of the error"),
+    FIELD(In, Ki, "gain of the integral", "1/s"), FIELD(In, Kd, "gain of the error's change", "s"),
+    FIELD(In, Bias, "added to the sum"),          FIELD(In, OutMin, "lower limit of Q"),
     FIELD(In, OutMax, "upper limit of Q"),
 };
 

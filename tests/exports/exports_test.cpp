@@ -1,0 +1,75 @@
+// What the built library exports and needs.
+#include <elf.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "tests/support/rig.h"
+
+extern "C" int header_is_usable_from_c(void);
+
+namespace {
+
+std::set<std::string> output_of(const std::string& command, const std::regex& pattern) {
+  std::set<std::string> found;
+  FILE* pipe = popen(command.c_str(), "r");
+  char line[512];
+  while (fgets(line, sizeof line, pipe) != nullptr) {
+    std::cmatch match;
+    if (std::regex_search(line, match, pattern)) found.insert(match[1]);
+  }
+  EXPECT_EQ(pclose(pipe), 0) << command;
+  return found;
+}
+
+std::set<std::string> listed_names() {
+  std::set<std::string> names;
+  std::ifstream list(SCANBLOCKS_NAMES);
+  const std::regex pattern(R"(^[A-Z]+_NAME\((\w+)\))");
+  for (std::string line; std::getline(list, line);) {
+    std::smatch match;
+    if (std::regex_search(line, match, pattern)) names.insert(match[1]);
+  }
+  return names;
+}
+
+TEST(Exports, AreTheListedNamesAndNoOther) {
+  EXPECT_EQ(output_of("nm -D --defined-only " SCANBLOCKS_LIBRARY, std::regex(R"((\S+)\s*$)")),
+            listed_names());
+}
+
+TEST(Exports, NeedTheCLibraryAlone) {
+  for (const std::string& needed :
+       output_of("readelf -d " SCANBLOCKS_LIBRARY, std::regex(R"(NEEDED.*\[(.*)\])")))
+    EXPECT_TRUE(needed == "libc.so.6" || needed == "ld-linux.so.3") << needed;
+  EXPECT_EQ(output_of("readelf -d " SCANBLOCKS_LIBRARY, std::regex(R"(SONAME.*\[(.*)\])")),
+            std::set<std::string>{"libscanblocks.so.1"});
+}
+
+TEST(Exports, ServeAHostInC) { EXPECT_EQ(header_is_usable_from_c(), 1); }
+
+TEST(Exports, DataObjectsAreZero) {
+  const std::pair<const char*, std::size_t> objects[] = {
+      {"ub2f", 4}, {"i2b", 2}, {"ui2f", 4}, {"ub2l", 4}, {"ul2us", 4}, {"ui2l", 4}, {"ui2d", 8}};
+  for (const auto& [name, size] : objects) {
+    const auto* bytes = static_cast<const char*>(exported(name));
+    ASSERT_NE(bytes, nullptr) << name;
+    EXPECT_EQ(std::string(bytes, size), std::string(size, '\0')) << name;
+  }
+}
+
+TEST(Exports, ClockTruncatesToMilliseconds) {
+  const auto milliseconds = reinterpret_cast<std::int64_t (*)()>(exported("zelgetTime"));
+  const auto seconds = reinterpret_cast<long (*)()>(exported("zelgetTimeSec"));
+  fake_clock.microseconds = 12999999;
+  EXPECT_EQ(milliseconds(), 12999);
+  EXPECT_EQ(seconds(), 12);
+  fake_clock.microseconds = 1700000000123456;
+  EXPECT_EQ(milliseconds(), 1700000000123);
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+// A block on the bench: its pins by name, its state file as text, and traces as tables.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "exports/catalogue.h"
+#include "frame/pin.h"
+#include "tests/support/clock.h"
+
+using Values = std::vector<std::pair<std::string, double>>;
+using Records = std::vector<std::pair<std::string, std::string>>;
+
+// The address of an exported name of the built library, nullptr where there is none.
+void* exported(const char* name);
+
+// A directory that is removed at the end.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// One instance of a block, called through its exported name, in a state directory of its own.
+class Rig {
+ public:
+  static constexpr std::size_t kPins = 32;
+
+  explicit Rig(const std::string& block, const Values& inputs = {});
+
+  void set(const std::string& input, double value);
+  void set_text(int pin, const std::string& text);  // padded with NUL, cut at 64
+  void call();
+  void call_at(double seconds);  // seconds since 1970
+  double out(const std::string& output) const;
+
+  // The state file. Values of records are texts as stored; "" for a key that is not there.
+  std::filesystem::path file() const;
+  std::string bytes() const;
+  Records records() const;
+  std::string state(const std::string& key) const;
+  void write_bytes(const std::string& bytes) const;
+  void write_records(const Records& records) const;
+
+  const scanblocks::BlockInfo& info() const { return *info_; }
+  const std::filesystem::path& directory() const { return directory_.path(); }
+
+  Pin in_pins[kPins] = {};
+  Pin out_pins[kPins] = {};
+
+ private:
+  const scanblocks::BlockInfo* info_;
+  void (*function_)(const Pin*, Pin*);
+  TemporaryDirectory directory_;
+};
+
+// One record's 96 bytes.
+std::string record(const std::string& key, const std::string& value);
+
+// Calls the block once per row and compares. A table:
+//
+//   t    Enable InSignal | AlmQ #clock | TmpTime State
+//   0      1      1      |  0     1    |  100     2      the rest of a row is a comment
+//
+// t is in seconds from kTraceStart. Inputs stay as they are where a row has "-"; an output or key
+// with "-" is not compared. "#clock" is the number of clock readings of the call. State keys are
+// compared as texts, outputs as numbers ("nan" and "inf" included).
+inline constexpr double kTraceStart = 1700000000;
+void trace(Rig& rig, const std::string& table);
+void trace(const std::string& block, const Values& inputs, const std::string& table);
