@@ -1,8 +1,7 @@
 # The library: one set of objects for the shared library, the host's catalogue and the tests.
 
-set(SCANBLOCKS_BLOCK_SOURCES
-  blocks/control/PID.cpp
-)
+# One file per block, by family.
+file(GLOB SCANBLOCKS_BLOCK_SOURCES CONFIGURE_DEPENDS blocks/*/*.cpp)
 
 add_library(scanblocks_objects OBJECT
   frame/clock.cpp
