@@ -123,13 +123,13 @@ constexpr BlockInfo describe(const char* name, const BlockType& block) {
 #define SCANBLOCKS_EXPORT __attribute__((visibility("default")))
 
 // Exports the block under its name and describes it for the catalogue.
-#define BLOCK(Name, block)                                                  \
-  extern "C" SCANBLOCKS_EXPORT void Name(const Pin* inputs, Pin* outputs) { \
-    ::scanblocks::call<block>(inputs, outputs, "/" #Name "_");              \
-  }                                                                         \
-  namespace scanblocks::catalogue {                                         \
-  extern const BlockInfo Name;                                              \
-  constinit const BlockInfo Name = ::scanblocks::describe(#Name, block);    \
+#define BLOCK(Name, block)                                                    \
+  extern "C" SCANBLOCKS_EXPORT void Name(const Pin* pins_in, Pin* pins_out) { \
+    ::scanblocks::call<block>(pins_in, pins_out, "/" #Name "_");              \
+  }                                                                           \
+  namespace scanblocks::catalogue {                                           \
+  extern const BlockInfo Name;                                                \
+  constinit const BlockInfo Name = ::scanblocks::describe(#Name, block);      \
   }
 
 }  // namespace scanblocks
