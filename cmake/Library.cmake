@@ -40,7 +40,7 @@ set_target_properties(scanblocks PROPERTIES
 target_include_directories(scanblocks INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/exports> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame>)
 target_link_options(scanblocks PRIVATE
-  -static-libgcc -Wl,--gc-sections -Wl,-O1 -Wl,-z,relro -Wl,-z,noexecstack
+  -static-libgcc -Wl,--as-needed -Wl,--gc-sections -Wl,-O1 -Wl,-z,relro -Wl,-z,noexecstack
   -Wl,--version-script=${version_script})
 
 # The catalogue for the host and the tests: the same objects, read as tables.

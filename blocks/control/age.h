@@ -11,7 +11,8 @@ namespace scanblocks {
 // Whole seconds from the stamp of the instance's first call to now, by a fresh clock reading:
 // 0 to 2,147,483, rising and falling in turn every 24.8 days.
 inline Number age_in_seconds(std::uint32_t first_call) {
-  return static_cast<double>(elapsed(millisecond_stamp(), first_call) / 1000);
+  const std::int64_t seconds = elapsed(millisecond_stamp(), first_call) / 1000;
+  return static_cast<double>(seconds);
 }
 
 }  // namespace scanblocks

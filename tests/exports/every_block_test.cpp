@@ -7,6 +7,11 @@
 
 using scanblocks::Field;
 
+namespace scanblocks {
+// How a failure names its block.
+static void PrintTo(const BlockInfo* block, std::ostream* stream) { *stream << block->name; }
+}  // namespace scanblocks
+
 namespace {
 
 class EveryBlock : public testing::TestWithParam<const scanblocks::BlockInfo*> {
