@@ -1,0 +1,36 @@
+# What `cmake --install` lays out: library, header, CMake and pkg-config files, host, manual pages
+# and example programs. Components: library, development, host.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS scanblocks EXPORT scanblocks
+  LIBRARY COMPONENT library NAMELINK_COMPONENT development)
+install(FILES exports/scanblocks.h frame/pin.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/scanblocks COMPONENT development)
+target_include_directories(scanblocks INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/scanblocks)
+install(EXPORT scanblocks NAMESPACE scanblocks:: FILE scanblocks-config.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/scanblocks-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/scanblocks-config-version.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+
+# Relative to its own place, so that an installation can be moved.
+file(RELATIVE_PATH pc_to_prefix
+  /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
+configure_file(cmake/scanblocks.pc.in ${PROJECT_BINARY_DIR}/scanblocks.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/scanblocks.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES docs/man/scanblocks.3
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+if(TARGET scanhost)
+  install(TARGETS scanhost RUNTIME COMPONENT host)
+  install(FILES docs/man/scanhost.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT host)
+  install(DIRECTORY examples
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT host
+    PATTERN "expected.csv" EXCLUDE PATTERN "*.args" EXCLUDE)
+endif()
