@@ -47,6 +47,13 @@ typedef void (*scanblocks_block)(const Pin* inputs, Pin* outputs);
 /* Control */
 void PID(const Pin* inputs, Pin* outputs); /* 14 inputs, 2 outputs */
 
+/* Alarms and supervision */
+void AAlarm(const Pin* inputs, Pin* outputs); /* 14 inputs, 5 outputs */
+void DAlarm(const Pin* inputs, Pin* outputs); /* 9 inputs, 1 output */
+void AWatch(const Pin* inputs, Pin* outputs); /* 11 inputs, 1 output */
+void DWatch(const Pin* inputs, Pin* outputs); /* 11 inputs, 1 output */
+void WDT(const Pin* inputs, Pin* outputs);    /* 7 inputs, 1 output */
+
 /* Milliseconds since 1970-01-01 UTC, by gettimeofday, microseconds truncated. */
 int64_t zelgetTime(void);
 /* Seconds since 1970-01-01 UTC, in the width of the platform's time value (32 bits on the target).
