@@ -54,6 +54,10 @@ void AWatch(const Pin* inputs, Pin* outputs); /* 11 inputs, 1 output */
 void DWatch(const Pin* inputs, Pin* outputs); /* 11 inputs, 1 output */
 void WDT(const Pin* inputs, Pin* outputs);    /* 7 inputs, 1 output */
 
+/* Time schedules and counters */
+void Scheduler(const Pin* inputs, Pin* outputs); /* 10 inputs, 4 outputs */
+void RunHours(const Pin* inputs, Pin* outputs);  /* 11 inputs, 4 outputs */
+
 /* Milliseconds since 1970-01-01 UTC, by gettimeofday, microseconds truncated. */
 int64_t zelgetTime(void);
 /* Seconds since 1970-01-01 UTC, in the width of the platform's time value (32 bits on the target).

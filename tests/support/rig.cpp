@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <time.h>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +23,17 @@ void* exported(const char* name) {
   }
   return dlsym(library, name);
 }
+
+double utc(const std::string& text) {
+  tm parts{};
+  const char* end = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &parts);
+  EXPECT_TRUE(end != nullptr && *end == '\0') << text << " is no YYYY-MM-DDThh:mm:ss";
+  return static_cast<double>(timegm(&parts));
+}
+
+TimeZone::TimeZone(const char* zone) { setenv("TZ", zone, 1); }
+
+TimeZone::~TimeZone() { unsetenv("TZ"); }
 
 TemporaryDirectory::TemporaryDirectory() {
   std::string name = (std::filesystem::temp_directory_path() / "scanblocks-XXXXXX").string();
@@ -169,6 +181,8 @@ void trace(Rig& rig, const std::string& table) {
         EXPECT_PRED2(same_number, rig.out(header[i]), value) << "output " << header[i];
       } else if (header[i] == "t") {
         fake_clock.set(kTraceStart + value);
+      } else if (header[i] == "utc") {
+        fake_clock.set(utc(cells[i]));
       } else {
         rig.set(header[i], value);
       }

@@ -16,6 +16,18 @@ using Records = std::vector<std::pair<std::string, std::string>>;
 // The address of an exported name of the built library, nullptr where there is none.
 void* exported(const char* name);
 
+// "2026-03-29T00:58:00" in seconds since 1970.
+double utc(const std::string& text);
+
+// Sets TZ; without one of these the tests run in the machine's zone.
+class TimeZone {
+ public:
+  explicit TimeZone(const char* zone);
+  ~TimeZone();
+  TimeZone(const TimeZone&) = delete;
+  TimeZone& operator=(const TimeZone&) = delete;
+};
+
 // A directory that is removed at the end.
 class TemporaryDirectory {
  public:
@@ -70,7 +82,8 @@ std::string record(const std::string& key, const std::string& value);
 //   t    Enable InSignal | AlmQ #clock | TmpTime State
 //   0      1      1      |  0     1    |  100     2      the rest of a row is a comment
 //
-// t is in seconds from kTraceStart. Inputs stay as they are where a row has "-"; an output or key
+// t is in seconds from kTraceStart; a column utc takes its place with times such as
+// 2026-03-29T00:58:00. Inputs stay as they are where a row has "-"; an output or key
 // with "-" is not compared. "#clock" is the number of clock readings of the call. State keys are
 // compared as texts, outputs as numbers ("nan" and "inf" included).
 inline constexpr double kTraceStart = 1700000000;
