@@ -1,0 +1,42 @@
+// scanhost run: scans in real time until stopped.
+#include <cinttypes>
+#include <cstdio>
+
+#include "host/commands/commands.h"
+#include "host/library.h"
+#include "host/realtime.h"
+#include "host/scan.h"
+#include "host/state_dir.h"
+#include "host/stop.h"
+
+namespace scanhost {
+
+std::uint64_t scans_of(const ScanOptions& options, Duration period) {
+  if (options.cycles) return *options.cycles;
+  if (!options.length) return 0;
+  return static_cast<std::uint64_t>((*options.length + period - Duration(1)) / period);
+}
+
+int run(const ScanOptions& options) {
+  Program program = read_program(options.program);
+  load_functions(program, options.library);
+  const StateDir state(program.state_dir);
+  const std::string trace = options.trace.empty() ? program.trace.path : options.trace;
+
+  catch_stop_signals();
+  ScanCount count;
+  bool failed = false;
+  {
+    Scan scan(program, {.state_dir = state.path(), .trace = trace});
+    enter_real_time(program);
+    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan));
+    failed = scan.failed();
+  }
+  std::fprintf(trace == "-" ? stderr : stdout,
+               "%s: %" PRIu64 " scans of %s, %" PRIu64 " overruns, %" PRIu64 " deadlines skipped\n",
+               program.name.c_str(), count.scans, format_duration(program.scan).c_str(),
+               count.overruns, count.skipped);
+  return failed ? 1 : 0;
+}
+
+}  // namespace scanhost

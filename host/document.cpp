@@ -1,0 +1,106 @@
+#include "host/document.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+#define TOML_EXCEPTIONS 0
+#include <toml++/toml.h>
+
+namespace scanhost {
+namespace {
+
+Position position(const toml::source_region& source) {
+  return {source.begin.line, source.begin.column};
+}
+
+Value convert(const toml::node& node);
+
+Value convert_table(const toml::table& table) {
+  Value value{.kind = Value::Kind::kTable};
+  for (const auto& [key, node] : table)
+    value.entries.push_back({std::string(key.str()), position(key.source()), convert(node)});
+  // The parser keeps a table sorted by its keys.
+  std::ranges::stable_sort(value.entries, {}, [](const Entry& entry) {
+    return std::pair(entry.at.line, entry.at.column);
+  });
+  return value;
+}
+
+Value convert_array(const toml::array& array) {
+  Value value{.kind = Value::Kind::kArray};
+  for (const toml::node& node : array) value.items.push_back(convert(node));
+  return value;
+}
+
+Value convert_content(const toml::node& node) {
+  if (const toml::table* table = node.as_table()) return convert_table(*table);
+  if (const toml::array* array = node.as_array()) return convert_array(*array);
+  if (const auto* text = node.as_string()) return {.kind = Value::Kind::kText, .text = text->get()};
+  if (const auto* flag = node.as_boolean())
+    return {.kind = Value::Kind::kFlag, .number = flag->get() ? 1.0 : 0.0, .integer = flag->get()};
+  if (const auto* integer = node.as_integer())
+    return {.kind = Value::Kind::kInteger,
+            .number = static_cast<double>(integer->get()),
+            .integer = integer->get()};
+  if (const auto* number = node.as_floating_point())
+    return {.kind = Value::Kind::kNumber, .number = number->get()};
+  return {.kind = Value::Kind::kTime};
+}
+
+Value convert(const toml::node& node) {
+  Value value = convert_content(node);
+  value.at = position(node.source());
+  return value;
+}
+
+void report(const toml::parse_error& error, Problems& problems) {
+  const std::string wrong(error.description());
+  const bool twice = wrong.find("redefine") != std::string::npos;
+  problems.add(position(error.source()), wrong,
+               twice ? "each name stands once in its table" : "see the TOML syntax (toml.io)");
+}
+
+}  // namespace
+
+const Entry* Value::find(std::string_view key) const {
+  for (const Entry& entry : entries)
+    if (entry.key == key) return &entry;
+  return nullptr;
+}
+
+const char* kind_name(Value::Kind kind) {
+  switch (kind) {
+    case Value::Kind::kFlag:
+      return "a truth value";
+    case Value::Kind::kInteger:
+    case Value::Kind::kNumber:
+      return "a number";
+    case Value::Kind::kText:
+      return "a text";
+    case Value::Kind::kArray:
+      return "a list";
+    case Value::Kind::kTable:
+      return "a table";
+    case Value::Kind::kTime:
+      break;
+  }
+  return "a date or time";
+}
+
+Value read_document(const std::string& path, Problems& problems) {
+  std::ifstream stream(path, std::ios::binary);
+  const std::string content{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream.is_open() || stream.bad())
+    throw Rejection(path + ": cannot be read: " + std::strerror(errno) +
+                    "; give the path of a control program\n");
+  const toml::parse_result result = toml::parse(content, path);
+  if (result.succeeded()) return convert(result.table());
+  report(result.error(), problems);
+  return {};
+}
+
+}  // namespace scanhost

@@ -1,0 +1,120 @@
+// The command line of scanhost.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "frame/pin.h"
+#include "host/commands/commands.h"
+#include "host/problems.h"
+
+namespace {
+
+using namespace scanhost;
+
+constexpr int kFailed = 1;
+constexpr int kRejected = 2;
+
+void add_program(CLI::App& command, ScanOptions& options) {
+  command.add_option("PROGRAM", options.program, "control program (TOML)")->required();
+  command.add_option("--library", options.library, "the block library, instead of searching it")
+      ->type_name("FILE");
+}
+
+void add_scan(CLI::App& command, ScanOptions& options) {
+  add_program(command, options);
+  CLI::Option* cycles =
+      command.add_option("--cycles", options.cycles, "end after N scans")
+          ->type_name("N")
+          ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62, "at least 1"));
+  command
+      .add_option_function<std::string>(
+          "--for",
+          [&options](const std::string& text) {
+            options.length = parse_duration(text);
+            if (!options.length || *options.length == Duration::zero())
+              throw CLI::ValidationError(
+                  "--for", "'" + text + "' is no positive duration; write " + kDurationExamples);
+          },
+          "end after this time: 10m, 1h30m, 1d")
+      ->type_name("DURATION")
+      ->excludes(cycles);
+  command.add_option("--trace", options.trace, "record to this CSV file; - is standard output")
+      ->type_name("FILE");
+}
+
+void add_run(CLI::App& app, ScanOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand("run", "scan in real time until stopped");
+  add_scan(*command, options);
+  command->callback([&] { status = run(options); });
+}
+
+void add_simulate(CLI::App& app, SimulateOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand(
+      "simulate",
+      "scan on a simulated clock, as fast as it goes\n"
+      "Starts without state and leaves none, and writes no outputs, unless asked to. Without "
+      "--for\n"
+      "and --cycles it ends with the recorded values; without --trace the trace goes to standard\n"
+      "output.");
+  add_scan(*command, options);
+  command
+      ->add_option_function<std::string>(
+          "--start",
+          [&options](const std::string& text) {
+            options.start = parse_time(text);
+            if (!options.start)
+              throw CLI::ValidationError("--start",
+                                         "'" + text + "' is no time; write " + kTimeExamples);
+          },
+          "simulated time of the first scan; default: where the recorded values begin, else now")
+      ->type_name("TIME");
+  command->add_option("--state", options.state, "directory of the state files, kept at the end")
+      ->type_name("DIR")
+      ->check([](const std::string& path) -> std::string {
+        return path.size() < sizeof(Pin::Text) ? "" : "blocks take at most 63 characters";
+      });
+  command->add_flag("--outputs", options.write_outputs, "write the output files");
+  command->callback([&] { status = simulate(options); });
+}
+
+void add_check(CLI::App& app, ScanOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand("check", "read and wire a program, call nothing");
+  add_program(*command, options);
+  command->callback([&] { status = check(options); });
+}
+
+void add_blocks(CLI::App& app, BlocksOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand("blocks", "list the blocks, or the pins of one");
+  command->add_option("NAME", options.name, "a block");
+  command->add_flag("--markdown", options.markdown, "print the reference pages");
+  command->callback([&] { status = blocks(options); });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Runs control programs made of function blocks.", "scanhost");
+  app.set_version_flag("--version", "scanhost " SCANHOST_VERSION);
+  app.require_subcommand(1);
+  app.failure_message(CLI::FailureMessage::simple);
+  int status = 0;
+  ScanOptions run_options;
+  SimulateOptions simulate_options;
+  ScanOptions check_options;
+  BlocksOptions blocks_options;
+  add_run(app, run_options, status);
+  add_simulate(app, simulate_options, status);
+  add_check(app, check_options, status);
+  add_blocks(app, blocks_options, status);
+  try {
+    app.parse(argc, argv);
+    return status;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kRejected;
+  } catch (const Rejection& rejection) {
+    std::fputs(rejection.what(), stderr);
+    return kRejected;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "scanhost: %s\n", failure.what());
+    return kFailed;
+  }
+}

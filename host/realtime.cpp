@@ -1,0 +1,67 @@
+#include "host/realtime.h"
+
+#include <sched.h>
+#include <sys/mman.h>
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "host/clock.h"
+#include "host/stop.h"
+
+namespace scanhost {
+namespace {
+
+using Nanoseconds = std::chrono::nanoseconds;
+
+Nanoseconds monotonic_now() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::chrono::seconds(now.tv_sec) + Nanoseconds(now.tv_nsec);
+}
+
+timespec to_timespec(Nanoseconds time) {
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+  return {static_cast<time_t>(seconds.count()), static_cast<long>((time - seconds).count())};
+}
+
+}  // namespace
+
+void enter_real_time(const Program& program) {
+  if (program.lock_memory && mlockall(MCL_CURRENT | MCL_FUTURE) < 0)
+    throw Failure(program.path + ": lock_memory = true: " + std::strerror(errno) +
+                  "; run as root, with CAP_IPC_LOCK or a higher memlock limit");
+  if (program.priority > 0) {
+    sched_param parameters{};
+    parameters.sched_priority = program.priority;
+    if (sched_setscheduler(0, SCHED_FIFO, &parameters) < 0)
+      throw Failure(program.path + ": priority = " + std::to_string(program.priority) + ": " +
+                    std::strerror(errno) +
+                    "; run as root, with CAP_SYS_NICE or a higher rtprio limit");
+  }
+}
+
+ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans) {
+  ScanCount count;
+  const Nanoseconds start = monotonic_now();
+  Nanoseconds deadline = start;
+  while (!stop_requested()) {
+    const auto elapsed = std::chrono::duration_cast<Duration>(deadline - start);
+    scan.step({.now = wall_clock(), .elapsed = elapsed});
+    ++count.scans;
+    if (count.scans == scans) break;
+    deadline += period;
+    const Nanoseconds late = monotonic_now() - deadline;
+    if (late > Nanoseconds::zero()) {
+      const auto missed = late / Nanoseconds(period) + 1;
+      ++count.overruns;
+      count.skipped += static_cast<std::uint64_t>(missed);
+      deadline += missed * Nanoseconds(period);
+    }
+    sleep_until(to_timespec(deadline));
+  }
+  return count;
+}
+
+}  // namespace scanhost

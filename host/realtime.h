@@ -1,0 +1,23 @@
+// The scan in real time: absolute deadlines on the monotonic clock.
+#pragma once
+
+#include <cstdint>
+
+#include "host/program.h"
+#include "host/scan.h"
+
+namespace scanhost {
+
+struct ScanCount {
+  std::uint64_t scans = 0;
+  std::uint64_t overruns = 0;  // scans that were not done by the next deadline
+  std::uint64_t skipped = 0;   // deadlines that were let pass for that
+};
+
+// Gives the process the priority and locks its memory as the program asks. Throws Failure.
+void enter_real_time(const Program& program);
+
+// Scans until a stop is requested or `scans` are done (0: no limit).
+ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans);
+
+}  // namespace scanhost

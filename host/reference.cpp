@@ -1,0 +1,151 @@
+#include "host/reference.h"
+
+#include <algorithm>
+
+#include "exports/catalogue.h"
+
+namespace scanhost {
+namespace {
+
+using scanblocks::BlockInfo;
+using scanblocks::Field;
+using scanblocks::Kind;
+using scanblocks::Mark;
+
+std::string pad(std::string text, std::size_t width) {
+  text.resize(std::max(width, text.size() + 1), ' ');
+  return text;
+}
+
+std::string in_brackets(const Field& field) {
+  return *field.unit == '\0' ? "" : " [" + std::string(field.unit) + "]";
+}
+
+// How a value pin is read or written.
+const char* reading(Kind kind) {
+  switch (kind) {
+    case Kind::kNumber:
+      return "number";
+    case Kind::kSingle:
+      return "number, single precision";
+    case Kind::kFlag:
+      return "flag";
+    case Kind::kExactFlag:
+      return "flag, exactly 1";
+    case Kind::kState:
+      return "state";
+    case Kind::kInteger:
+    case Kind::kCount:
+    case Kind::kUnsigned:
+    case Kind::kUnsigned64:
+    case Kind::kSigned64:
+      break;
+  }
+  return "integer";
+}
+
+const char* format(Kind kind) {
+  switch (kind) {
+    case Kind::kNumber:
+    case Kind::kSingle:
+      return "%f";
+    case Kind::kCount:
+    case Kind::kUnsigned:
+      return "%lu";
+    case Kind::kUnsigned64:
+    case Kind::kSigned64:
+      return "%llu";
+    case Kind::kInteger:
+    case Kind::kState:
+    case Kind::kFlag:
+    case Kind::kExactFlag:
+      break;
+  }
+  return "%d";
+}
+
+void list_pins(std::string& text, const char* title, std::span<const Field> fields,
+               std::size_t first) {
+  text += title;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const Field& field = fields[i];
+    if (field.mark == Mark::kNoPin) continue;
+    text += "  " + pad(std::to_string(first + i), 4) + pad(field.name, 16) +
+            pad(reading(field.kind), 10) + field.help + in_brackets(field) + "\n";
+  }
+}
+
+// Text in a cell of a table.
+std::string cell(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '|' || c == '*' || c == '<') escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
+void tabulate_pins(std::string& text, const char* title, std::span<const Field> fields,
+                   std::size_t first) {
+  text += std::string("\n## ") + title + "\n\n| Pin | Name | Read as | Unit | Meaning |\n";
+  if (first == 0) text.replace(text.rfind("Read as"), 7, "Kind");
+  text += "|---|---|---|---|---|\n";
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const Field& field = fields[i];
+    if (field.mark == Mark::kNoPin) {
+      text += "| " + std::to_string(first + i) + " | | not read | | |\n";
+    } else {
+      text += "| " + std::to_string(first + i) + " | `" + field.name + "` | " +
+              reading(field.kind) + " | " + cell(field.unit) + " | " + cell(field.help) + " |\n";
+    }
+  }
+}
+
+}  // namespace
+
+std::string block_list() {
+  std::string text;
+  for (const BlockInfo* block : scanblocks::catalogue_of_blocks())
+    text += pad(block->name, 16) + pad(block->family, 14) + block->title + "\n";
+  return text;
+}
+
+std::string block_text(const BlockInfo& block) {
+  std::string text = pad(block.name, 16) + pad(block.family, 14) + block.title + "\n";
+  list_pins(text, "inputs\n", block.inputs, SCANBLOCKS_FIRST_VALUE);
+  list_pins(text, "outputs\n", block.outputs, 0);
+  if (!block.keys.empty()) text += "state file\n";
+  for (const Field& key : block.keys)
+    text += "  " + pad(key.name, 20) + pad(format(key.kind), 10) + key.help + in_brackets(key) +
+            (key.mark == Mark::kWriteOnly ? " (not read back)" : "") + "\n";
+  if (!block.states.empty()) text += "states\n";
+  for (const scanblocks::StateName& state : block.states)
+    text +=
+        "  " + pad(std::to_string(state.number), 4) + pad(state.name, 16) + state.meaning + "\n";
+  return text;
+}
+
+std::string block_markdown(const BlockInfo& block) {
+  std::string text =
+      std::string("# ") + block.name + "\n\n" + block.title + " (" + block.family + ").\n";
+  tabulate_pins(text, "Inputs", block.inputs, SCANBLOCKS_FIRST_VALUE);
+  tabulate_pins(text, "Outputs", block.outputs, 0);
+  if (block.keys.empty()) return text + "\n## State\n\nNone: the outputs follow from the inputs.\n";
+
+  text +=
+      "\n## State\n\nIn `" + std::string(block.name) +
+      "_GROUP_NAME.dat`, in this order.\n\n| Key | Format | Unit | Meaning |\n|---|---|---|---|\n";
+  for (const Field& key : block.keys)
+    text += std::string("| `") + key.name + "` | `" + format(key.kind) + "` | " + cell(key.unit) +
+            " | " + cell(key.help) + (key.mark == Mark::kWriteOnly ? "; not read back" : "") +
+            " |\n";
+  if (block.states.empty()) return text;
+
+  text += "\n## States\n\n| Number | Name | Meaning |\n|---|---|---|\n";
+  for (const scanblocks::StateName& state : block.states)
+    text += "| " + std::to_string(state.number) + " | " + cell(state.name) + " | " +
+            cell(state.meaning) + " |\n";
+  return text;
+}
+
+}  // namespace scanhost
