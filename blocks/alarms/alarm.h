@@ -19,6 +19,7 @@
 #include <cstdint>
 
 #include "frame/block.h"
+#include "frame/edge.h"
 
 namespace scanblocks {
 
@@ -30,9 +31,7 @@ inline constexpr const char* kSignalOldHelp = "InSignal of the previous call";
 inline constexpr const char* kAlarmHelp = "1: alarm";
 inline constexpr const char* kStateHelp = "where the alarm is";
 
-// Digital inputs: only the integers 0 and 1 are levels, and only a step between them is an edge.
-constexpr bool rising(std::int32_t old, std::int32_t now) { return old == 0 && now == 1; }
-constexpr bool falling(std::int32_t old, std::int32_t now) { return old == 1 && now == 0; }
+// No edge: a digital input that was and is at a level, 0 or 1.
 constexpr bool stays(std::int32_t level, std::int32_t old, std::int32_t now) {
   return old == level && now == level;
 }
