@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <utility>
@@ -58,7 +59,10 @@ Value convert(const toml::node& node) {
 }
 
 void report(const toml::parse_error& error, Problems& problems) {
-  const std::string wrong(error.description());
+  std::string wrong(error.description());
+  // "Error while parsing key-value pair: ..."
+  if (const std::size_t colon = wrong.find(": "); wrong.starts_with("Error") && colon != wrong.npos)
+    wrong.erase(0, colon + 2);
   const bool twice = wrong.find("redefine") != std::string::npos;
   problems.add(position(error.source()), wrong,
                twice ? "each name stands once in its table" : "see the TOML syntax (toml.io)");
@@ -93,10 +97,11 @@ const char* kind_name(Value::Kind kind) {
 
 Value read_document(const std::string& path, Problems& problems) {
   std::ifstream stream(path, std::ios::binary);
-  const std::string content{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream.is_open() || stream.bad())
-    throw Rejection(path + ": cannot be read: " + std::strerror(errno) +
+  std::error_code is_a_file;
+  if (!stream.is_open() || std::filesystem::is_directory(path, is_a_file))
+    throw Rejection(path + ": cannot be read: " + std::strerror(stream.is_open() ? EISDIR : errno) +
                     "; give the path of a control program\n");
+  const std::string content{std::istreambuf_iterator<char>(stream), {}};
   const toml::parse_result result = toml::parse(content, path);
   if (result.succeeded()) return convert(result.table());
   report(result.error(), problems);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 
 #include "host/number.h"
 
@@ -10,6 +11,10 @@ namespace scanhost {
 Outputs::Outputs(const std::vector<OutputSpec>& specs, const std::vector<const double*>& sources) {
   outputs_.reserve(specs.size());
   for (std::size_t i = 0; i < specs.size(); ++i) {
+    // A directory on a RAM disk is gone after a restart. What fails shows when the file is written.
+    std::error_code shows_later;
+    std::filesystem::create_directories(std::filesystem::path(specs[i].path).parent_path(),
+                                        shows_later);
     const std::string name = "output " + specs[i].name + ": ";
     outputs_.push_back({.spec = &specs[i],
                         .source = sources[i],

@@ -1,9 +1,11 @@
 #include "host/section.h"
 
+#include <algorithm>
+
 namespace scanhost {
 
 const Entry* Section::find(const std::string& key) {
-  known_.push_back(key);
+  if (std::ranges::find(known_, key) == known_.end()) known_.push_back(key);
   return table_.find(key);
 }
 
@@ -87,9 +89,7 @@ void Section::require(const std::string& key, const std::string& example) {
 
 void Section::finish() {
   for (const Entry& entry : table_.entries) {
-    bool known = false;
-    for (const std::string& key : known_) known = known || key == entry.key;
-    if (!known)
+    if (std::ranges::find(known_, entry.key) == known_.end())
       problems_.add(entry.at, title_ + " has no key '" + entry.key + "'",
                     suggest(entry.key, known_, ""));
   }
