@@ -45,7 +45,18 @@ extern "C" {
 typedef void (*scanblocks_block)(const Pin* inputs, Pin* outputs);
 
 /* Control */
-void PID(const Pin* inputs, Pin* outputs); /* 14 inputs, 2 outputs */
+void PID(const Pin* inputs, Pin* outputs);        /* 14 inputs, 2 outputs */
+void Integral(const Pin* inputs, Pin* outputs);   /* 8 inputs, 1 output */
+void Derivative(const Pin* inputs, Pin* outputs); /* 7 inputs, 1 output */
+
+/* Signal conditioning */
+void Scale(const Pin* inputs, Pin* outputs);         /* 11 inputs, 2 outputs */
+void NLScale(const Pin* inputs, Pin* outputs);       /* 27 inputs, 2 outputs */
+void Filter(const Pin* inputs, Pin* outputs);        /* 10 inputs, 1 output */
+void RawAFilter(const Pin* inputs, Pin* outputs);    /* 8 inputs, 1 output */
+void RawAFilterLP(const Pin* inputs, Pin* outputs);  /* 8 inputs, 1 output */
+void ChatterFilter(const Pin* inputs, Pin* outputs); /* 10 inputs, 3 outputs */
+void Hystersis(const Pin* inputs, Pin* outputs);     /* 10 inputs, 2 outputs */
 
 /* Drives */
 void Drive1(const Pin* inputs, Pin* outputs);   /* 18 inputs, 4 outputs */

@@ -26,6 +26,12 @@ constexpr std::int64_t elapsed(std::uint32_t now, std::uint32_t since) {
   return signed_difference < 0 ? -signed_difference : signed_difference;
 }
 
+// From one full clock reading to another, with its sign: negative after a clock that was set back.
+constexpr std::int64_t difference64(std::int64_t now, std::int64_t since) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(now) -
+                                   static_cast<std::uint64_t>(since));
+}
+
 struct LocalTime {
   std::int32_t hour;    // 0 to 23
   std::int32_t minute;  // 0 to 59

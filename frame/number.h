@@ -71,5 +71,8 @@ struct Number {
 constexpr Number abs(Number a) {
   return std::bit_cast<double>(std::bit_cast<std::uint64_t>(a.value) & ~(std::uint64_t{1} << 63));
 }
+constexpr float abs(float a) {
+  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(a) & 0x7FFFFFFFu);
+}
 
 }  // namespace scanblocks
