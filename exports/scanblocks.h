@@ -74,6 +74,35 @@ void WDT(const Pin* inputs, Pin* outputs);    /* 7 inputs, 1 output */
 void Scheduler(const Pin* inputs, Pin* outputs); /* 10 inputs, 4 outputs */
 void RunHours(const Pin* inputs, Pin* outputs);  /* 11 inputs, 4 outputs */
 
+/* Register conversion */
+void int2Float(const Pin* inputs, Pin* outputs);  /* 8 inputs, 1 output */
+void int2Long(const Pin* inputs, Pin* outputs);   /* 7 inputs, 1 output */
+void Long2int(const Pin* inputs, Pin* outputs);   /* 6 inputs, 2 outputs */
+void int2Double(const Pin* inputs, Pin* outputs); /* 9 inputs, 1 output */
+void Double2int(const Pin* inputs, Pin* outputs); /* 6 inputs, 4 outputs */
+void Float2int(const Pin* inputs, Pin* outputs);  /* 7 inputs, 2 outputs */
+void byte2Long(const Pin* inputs, Pin* outputs);  /* 9 inputs, 1 output */
+void byte2Float(const Pin* inputs, Pin* outputs); /* 10 inputs, 1 output */
+void Float2byte(const Pin* inputs, Pin* outputs); /* 6 inputs, 4 outputs */
+void int2byte(const Pin* inputs, Pin* outputs);   /* 6 inputs, 2 outputs */
+void bcd2dec(const Pin* inputs, Pin* outputs);    /* 11 inputs, 1 output */
+
+/* System information */
+void ReadSysInfo(const Pin* inputs, Pin* outputs); /* 7 inputs, 4 outputs */
+
+/* The decimal number of a BCD byte, x / 16 * 10 + x % 16: 0x25 gives 25. Any x is accepted. */
+int32_t int2hex(int32_t x);
+
+/*
+ * Free memory, and free space of the storage card, in KiB, saturating at 2147483647. They run
+ * `free` and `df` in a shell, take as long as those, and leave the output in
+ * /mnt/ramdisk/ReadFreeRAM.txt and ReadFreeSD.txt. -1: no output, or 1024 bytes of it or more. -2:
+ * the output has no "Mem:" line, or names neither /dev/mmcblk1p2 nor /dev/sda1. 0 also where the
+ * line has fewer than three numbers.
+ */
+int32_t ReadFreeRAM(void);
+int32_t ReadFreeSD(void);
+
 /* Milliseconds since 1970-01-01 UTC, by gettimeofday, microseconds truncated. */
 int64_t zelgetTime(void);
 /* Seconds since 1970-01-01 UTC, in the width of the platform's time value (32 bits on the target).
