@@ -45,6 +45,7 @@ TEST(Scheduler, StartsInTheMinutesOfTheGrid) {
       << "the minute in which a pulse ends starts none";
   EXPECT_EQ(hour(15, 15, 0), "10:15-10:30 10:45-11:00 ") << "minute 0 of a new instance";
   EXPECT_EQ(hour(30, -5, 10), "10:35-10:40 ");
+  EXPECT_EQ(hour(15, 20, -19), "10:10-10:11 10:25-10:26 10:40-10:41 ") << "nor boundaries above 60";
   EXPECT_EQ(hour(30.9, 1.9, 1.9), "10:29-10:31 10:59-11:01 ");
   for (const double interval : {0., -15., 7., 45., 90., 120., 2147483647., -2147483648.})
     for (const double lead : {0., 1., -60., 2147483647., -2147483648.})
