@@ -30,7 +30,7 @@ TEST(ChatterFilter, FreezesAtTheLastGoodValue) {
   )");
 }
 
-TEST(ChatterFilter, KeepsAllButTheInputWhileDisabled) {
+TEST(ChatterFilter, KeepsAllButTheInputWhileDisabledAndInAForeignState) {
   Rig rig("ChatterFilter", kTimes);
   rig.write_records({{"TmpState", "1"},
                      {"TmpV", "1"},
@@ -47,6 +47,11 @@ TEST(ChatterFilter, KeepsAllButTheInputWhileDisabled) {
     9       1       6     | 0 0    0        3    |     6        0   1700000009000    0     the stored 0 at the end
     9.1     0       5     | 0 0    0        1    |     5        0   1700000009000    0
     9.2     1       6     | 6 0    1        2    |     6        6   1700000009000    0
+  )");
+  rig.write_records({{"TmpState", "2"}, {"TmpQ", "4"}, {"TmpV", "3"}, {"TmpChangeNum", "-6"}});
+  trace(rig, R"(
+    t     InSignal | Q V ChangeNum #clock | InSignalOld TmpState
+    19      1      | 4 3   -6        1    |     1          2       a foreign state stays
   )");
 }
 
@@ -65,23 +70,12 @@ TEST(ChatterFilter, TakesSettingsAtAndBelowZero) {
 
 TEST(ChatterFilter, MeasuresSigned64BitTimes) {
   Rig rig("ChatterFilter", {{"Enable", 1}, {"ChangeWindow", 2147483647}, {"MaxChanges", 1}});
-  const std::pair<std::string, std::string> starts[] = {
-      {"1697852516352", "9"}, {"1697852516353", "0"}, {"1800000000000", "0"}, {"letters", "9"}};
-  for (const auto& [start, good] : starts) {
-    rig.write_records({{"TmpTime", start}});
-    rig.set("InSignal", 9);
+  for (const std::string start : {"1697852516352", "1697852516353", "1800000000000", "letters"}) {
+    const bool over = start == "1697852516352" || start == "letters";
+    rig.write_records({{"TmpTime", start}, {"TmpChangeNum", "1"}});
     rig.call_at(kTraceStart);
-    EXPECT_EQ(rig.state("TmpQLastGood"), good) << start;
+    EXPECT_EQ(rig.state("TmpState"), over ? "1" : "0") << start;
   }
-}
-
-TEST(ChatterFilter, LeavesAForeignStateAlone) {
-  Rig rig("ChatterFilter", kTimes);
-  rig.write_records({{"TmpState", "2"}, {"TmpQ", "4"}, {"TmpV", "3"}, {"TmpChangeNum", "-6"}});
-  trace(rig, R"(
-    t  InSignal | Q V ChangeNum #clock | TmpState InSignalOld
-    9     1     | 4 3   -6        1    |    2         1
-  )");
 }
 
 TEST(ChatterFilter, StampsWithAFreshReading) {

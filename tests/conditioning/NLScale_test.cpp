@@ -4,29 +4,13 @@
 
 namespace {
 
-Values curve(std::initializer_list<std::pair<double, double>> points) {
-  Values values = {{"Enable", 1}};
-  char index = '0';
-  for (const auto& [x, y] : points) {
-    values.emplace_back(std::string{'X', index}, x);
-    values.emplace_back(std::string{'Y', index++}, y);
-  }
-  return values;
-}
+const Values kCurve = {{"Enable", 1}, {"X1", 10},  {"Y1", 100}, {"X2", 20},  {"Y2", 150},
+                       {"X3", 30},    {"Y3", 175}, {"X4", 30},  {"Y4", 190}, {"X5", 50},
+                       {"Y5", 200},   {"X6", 60},  {"Y6", 205}, {"X7", 70},  {"Y7", 208},
+                       {"X8", 80},    {"Y8", 209}, {"X9", 90},  {"Y9", 210}};
 
 TEST(NLScale, InterpolatesBetweenPointsAndHoldsTheEnds) {
-  trace("NLScale",
-        curve({{0, 0},
-               {10, 100},
-               {20, 150},
-               {30, 175},
-               {30, 190},
-               {50, 200},
-               {60, 205},
-               {70, 208},
-               {80, 209},
-               {90, 210}}),
-        R"(
+  trace("NLScale", kCurve, R"(
     Enable InSignal |   Q      InRange #clock
       1       15    |  125       1      0
       1       10    |  100       1      0
@@ -44,23 +28,12 @@ TEST(NLScale, InterpolatesBetweenPointsAndHoldsTheEnds) {
 }
 
 TEST(NLScale, TakesTheFirstSegmentThatHoldsTheInput) {
-  trace("NLScale",
-        curve({{0, 0},
-               {50, 100},
-               {20, 50},
-               {30, 64},
-               {40, 70},
-               {45, 75},
-               {46, 76},
-               {47, 77},
-               {48, 78},
-               {90, 300}}),
-        R"(
+  trace("NLScale", kCurve, R"(
     InSignal X1  X9 |  Q   InRange
-       30    50  90 |  60     1      on the line from 0 to 50, not on the later ones
-       30   nan  90 |  64     1      on the line that ends at X3
+       35    50  90 |  70     1      on the line from 0 to 50, not on the later ones
+       25   nan  90 | 162.5   1      on the line from X2 to X3
        10   nan  90 |   0     1      a point that is not a number leaves a gap
-       10    50   0 | 300     0      an end left at 0
+       10    50   0 | 210     0      an end left at 0
   )");
 }
 

@@ -45,19 +45,11 @@ TEST(RawAFilterLP, TakesAnythingAfterAGoodValueOfZeroWhilePassing) {
 
 TEST(RawAFilterLP, AcceptsNothingWithoutALimitButKeepsTheFirstInput) {
   trace("RawAFilterLP", {{"InSignal", 50}}, R"(
-    t  Enable |  Q | InSignalOld TmpTime    state
-    0    0    |  0 | 50.000000   1700000000   0
-    1    1    | 50 | 50.000000   1700000001   1
-    7    1    | 50 | 50.000000   1700000007   1
-  )");
-}
-
-TEST(RawAFilterLP, RoundsTheJumpToSinglePrecision) {
-  trace("RawAFilterLP", {{"Enable", 1}, {"JumpLimit", 0.1}}, R"(
-    InSignal      | Q     | state
-    1             | 1     | 0
-    1.09          | 1.09  | 0
-    1.1899999999  | 1.09  | 1      0.0999999999 becomes 0.100000001
+    t  Enable JumpLimit InSignal       |  Q | InSignalOld TmpTime    state
+    0    0        0     50             |  0 | 50.000000   1700000000   0
+    1    1        0     50             | 50 | 50.000000   1700000001   1
+    7    1       -1     50             | 50 | 50.000000   1700000007   1
+   13    1        0.1   50.0999999999  | 50 | 50.000000   1700000013   1    a jump of 0.1 in single precision
   )");
 }
 
