@@ -36,5 +36,7 @@ TEST(AWatch, MeasuresThroughTheWrapAndStepsInAnyStateThatTimes) {
     t          InSignal | AlmQ | State
     807050.000    15    |  7   |   5     set back by the delay
     807050.000     9    |  7   |   0     outside, AlmQ keeps what is stored
+    807050.000    15    |  7   |   1
+    807048.999    15    |  1   |  10     set back by more
   )");
 }

@@ -50,7 +50,8 @@ TEST(DWatch, CountsCyclesThatAreNeverCleared) {
   rig.write_records({{"State", "10"}, {"CyclicCounter", "2147483647"}});
   trace(rig, R"(
     t   InSignal Reset | AlmQ #clock | State TmpTime    FirstRun CyclicCounter
-    300    0       1   |  0     3    |   0   1700000300    0      2147483647     the first period starts in the alarm too
+    299    0       0   |  1     2    |  10   1700000299    0      2147483647     the first period starts in the alarm too
+    300    0       1   |  0     2    |   0   1700000300    0      2147483647
     301    1       1   |  0     2    |   0   1700000300    0     -2147483648
   )");
 }
