@@ -109,6 +109,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     return status;
   } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) std::fputs("scanhost: ", stderr);
     return app.exit(error) == 0 ? 0 : kRejected;
   } catch (const Rejection& rejection) {
     std::fputs(rejection.what(), stderr);

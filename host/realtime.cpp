@@ -50,7 +50,6 @@ ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans) {
     const auto elapsed = std::chrono::duration_cast<Duration>(deadline - start);
     scan.step({.now = wall_clock(), .elapsed = elapsed});
     ++count.scans;
-    if (count.scans == scans) break;
     deadline += period;
     const Nanoseconds late = monotonic_now() - deadline;
     if (late > Nanoseconds::zero()) {
@@ -59,6 +58,7 @@ ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans) {
       count.skipped += static_cast<std::uint64_t>(missed);
       deadline += missed * Nanoseconds(period);
     }
+    if (count.scans == scans) break;
     sleep_until(to_timespec(deadline));
   }
   return count;
