@@ -62,7 +62,7 @@ std::string suggest(std::string_view wrong, const std::vector<std::string>& name
   const std::string* nearest = nullptr;
   for (const std::string& name : names) {
     const std::size_t edits = distance(wrong, name);
-    if (edits < best) {
+    if (edits < best && edits < std::min(wrong.size(), name.size())) {
       best = edits;
       nearest = &name;
     }

@@ -1,0 +1,157 @@
+// The real host in real time. Limits are generous: only what must come is waited for.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <regex>
+
+#include "host/library.h"
+#include "host/scan.h"
+#include "tests/support/scanhost.h"
+
+namespace {
+
+const char* const kFollower = R"(
+[program]
+name = "Follower"
+scan = "20ms"
+group = "G"
+[signals]
+Level = { file = "level" }
+[[block]]
+name = "Follow"
+type = "Scale"
+in   = { Enable = "Level.ok", InSignal = "Level", InMax = 100, OutMax = 100 }
+[[block]]
+name = "Hours"
+type = "PID"
+in   = { Enable = 1, ProcessValue = 1, Kp = 1, Kd = 1, OutMin = -9 }
+[outputs]
+Valve = { from = "Follow.Q", file = "out/valve", safe = 12.5 }
+Loop  = { from = "Hours.Q", file = "loop" }
+)";
+
+std::size_t allocations = 0;
+
+}  // namespace
+
+// Not inlined: the compiler would see malloc and delete side by side.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+TEST(Run, FollowsItsInputAndContinuesAfterARestart) {
+  Host host;
+  host.write("p.toml", kFollower);
+  host.write("level", "1000000\n");
+  host.start("run p.toml --trace t.csv");
+  EXPECT_TRUE(host.eventually("out/valve", "100\n"));
+  host.write("level", "3.25\n");
+  EXPECT_TRUE(host.eventually("out/valve", "3.25\n"));
+  std::filesystem::remove(host.directory() / "level");  // not ok: Follow is disabled
+  EXPECT_TRUE(host.eventually("out/valve", "0\n"));
+  host.write("new", "7");  // another file takes the place
+  std::filesystem::rename(host.directory() / "new", host.directory() / "level");
+  EXPECT_TRUE(host.eventually("out/valve", "7\n"));
+}
+
+TEST(Run, EndsWithSafeValuesAndKeepsTheState) {
+  Host host;
+  host.write("p.toml", kFollower);
+  host.write("level", "50\n");
+  host.start("run p.toml --trace t.csv");
+  EXPECT_TRUE(host.eventually("out/valve", "50\n"));
+  EXPECT_TRUE(host.eventually("loop", "-1\n"));  // after the first second
+  const Host::Result ended = host.stop(SIGTERM);
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_TRUE(
+      std::regex_search(ended.out, std::regex("Follower: [0-9]+ scans of 20ms, [0-9]+ ov")));
+  EXPECT_EQ(host.read("out/valve"), "12.5\n");
+  EXPECT_EQ(host.read("loop"), "-1\n");  // without a safe value the last one stays
+
+  // The age of the instance goes on: no first second any more.
+  const Host::Result again = host.run("run p.toml --cycles 1 --trace t2.csv");
+  EXPECT_EQ(again.status, 0);
+  EXPECT_NE(host.read("t2.csv").find(",-1,1\n"), std::string::npos) << host.read("t2.csv");
+}
+
+TEST(Run, RefusesAStateDirectoryInUse) {
+  Host first;
+  first.write("p.toml", kFollower);
+  first.start("run p.toml");
+  EXPECT_TRUE(first.eventually("out/valve", "0\n"));
+  Host second;
+  std::string program = kFollower;
+  program.replace(program.find("scan ="), 0,
+                  "state = \"" + (first.directory() / "state").string() + "\"\n");
+  second.write("p.toml", program);
+  const Host::Result refused = second.run("run p.toml --cycles 1");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find(" is in use by another scanhost (process "), std::string::npos);
+  EXPECT_EQ(second.read("out/valve"), "");
+  EXPECT_EQ(first.stop(SIGINT).status, 0);
+  EXPECT_EQ(second.run("run p.toml --cycles 1").status, 0);
+}
+
+// Every scan takes 50 ms of the 20 ms it has: two deadlines pass each time, none is caught up.
+TEST(Run, CountsOverrunsAndSkipsTheMissedDeadlines) {
+  Host host;
+  host.write("p.toml",
+             "[program]\nscan = \"20ms\"\n[[block]]\nname = \"Slow\"\ntype = \"PID\"\n"
+             "in = { Enable = 50 }\n[trace]\nrecord = [\"Slow.Q\"]\n");
+  const Host::Result result =
+      host.run("run p.toml --cycles 5 --trace - --library " SLOW_BLOCK_LIBRARY);
+  std::smatch counts;
+  ASSERT_TRUE(std::regex_search(
+      result.err, counts, std::regex("5 scans of 20ms, 5 overruns, ([0-9]+) deadlines skipped")))
+      << result.err;
+  EXPECT_GE(std::stoi(counts[1]), 10);
+  EXPECT_EQ(std::ranges::count(result.out, '\n'), 6) << result.out;
+}
+
+TEST(Run, ReportsAnOutputOnceAndTriesItAgain) {
+  Host host;
+  std::string program = kFollower;
+  program.replace(program.find("out/valve"), 9, "blocked");
+  host.write("p.toml", program);
+  host.write("level", "5");
+  std::filesystem::create_directory(host.directory() / "blocked");
+  host.start("run p.toml");
+  EXPECT_TRUE(host.eventually("loop", "-1\n"));
+  std::filesystem::remove(host.directory() / "blocked");
+  EXPECT_TRUE(host.eventually("blocked", "5\n"));
+  const std::string errors = host.stop(SIGTERM).err;
+  EXPECT_EQ(errors,
+            "output Valve: blocked: Is a directory; tried again at every scan\n"
+            "output Loop: Hours.Q: the value is not finite; the last value stays\n"
+            "output Loop: Hours.Q: the value is finite again\n"
+            "output Valve: blocked: is written again\n");
+}
+
+TEST(Scan, AllocatesNothingAfterTheFirst) {
+  Host host;
+  host.write("p.toml", kFollower);
+  host.write("level", "5");
+  scanhost::Program program = scanhost::read_program((host.directory() / "p.toml").string());
+  scanhost::load_functions(program, SCANBLOCKS_LIBRARY);
+  const std::string directory = host.directory().string();
+  scanhost::Scan scan(program, {.state_dir = directory, .trace = directory + "/t.csv"});
+  const auto step = [&scan](int i) {
+    const scanhost::Duration elapsed = i * std::chrono::milliseconds(20);
+    scan.step({.now = scanhost::Time(elapsed), .elapsed = elapsed});
+  };
+  step(0);
+  for (int i = 1; i < 100; ++i) {
+    if (i == 30) std::filesystem::remove(host.directory() / "level");
+    if (i == 60) host.write("level", "1e5");
+    const std::size_t outside = allocations;
+    step(i);
+    EXPECT_EQ(allocations, outside) << i;
+  }
+}
