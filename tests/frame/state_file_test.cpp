@@ -70,7 +70,7 @@ TEST_F(StateFile, CutShort) {
 }
 
 TEST_F(StateFile, TrailingPiece) {
-  for (const std::size_t size : {1, 4, 95})
+  for (const std::size_t size : {1u, 4u, 95u})
     EXPECT_EQ(after(kImage + record("OldDay", "9").substr(0, size)), kAll) << size;
   EXPECT_EQ(after(record("OldDay", "9") + "1234"), "0 0 0 0 0 0 0 0 9");
 }
@@ -134,7 +134,7 @@ TEST_F(StateFile, ValuesThatAreNoNumbers) {
 
 // The frame holds fourteen records and reads longer files in pieces of that many.
 TEST_F(StateFile, LongerThanItsRecords) {
-  for (const std::size_t records : {1, 4, 5, 6, 18, 19, 20, 33}) {
+  for (const std::size_t records : {1u, 4u, 5u, 6u, 18u, 19u, 20u, 33u}) {
     std::string bytes = kImage;
     for (std::size_t i = 1; i < records; ++i) bytes += record("Other", "1");
     EXPECT_EQ(after(bytes + record("OldDay", "9")), "0 11 12 0 13 14 15 16 9") << records;
