@@ -98,23 +98,33 @@ void parse_records(const char* bytes, std::size_t size, std::span<const KeySlot>
   }
 }
 
-// Writes all bytes at the start of the file; returns how many went in before an error, if any.
-std::size_t write_at_start(int file, const char* bytes, std::size_t size) {
+// The file may not grow to `size`: writing behind the limit would raise SIGXFSZ.
+bool beyond_limit(std::size_t size) {
+  rlimit limit{};
+  return getrlimit(RLIMIT_FSIZE, &limit) == 0 && size > limit.rlim_cur;
+}
+
+// Writes all bytes at a place of the file; returns how many went in before an error, if any.
+std::size_t write_at(int file, const char* bytes, std::size_t size, std::size_t place) {
   std::size_t written = 0;
   while (written < size) {
     const ssize_t count =
-        pwrite(file, bytes + written, size - written, static_cast<off_t>(written));
+        pwrite(file, bytes + written, size - written, static_cast<off_t>(place + written));
     if (count > 0) {
       written += static_cast<std::size_t>(count);
-      // A file-size limit shows as a short write; the next one would raise SIGXFSZ.
-      rlimit limit{};
-      if (written < size && getrlimit(RLIMIT_FSIZE, &limit) == 0 && written >= limit.rlim_cur)
-        break;
+      // A file-size limit shows as a short write.
+      if (written < size && beyond_limit(place + size)) break;
     } else if (count == 0 || errno != EINTR) {
       break;
     }
   }
   return written;
+}
+
+// Nothing can be done where this fails.
+void cut(int file, std::size_t size) {
+  while (ftruncate(file, static_cast<off_t>(size)) < 0 && errno == EINTR) {
+  }
 }
 
 }  // namespace
@@ -155,7 +165,9 @@ void StateFile::load(std::span<const KeySlot> keys, void* members) {
     }
     held += static_cast<std::size_t>(count);
     size_ += static_cast<std::size_t>(count);
-    if (count == 0 || size_ == usual) break;
+    // A file that one reading finds to hold just the usual records ends there: a reading that
+    // falls short of the end of a file does not stop at just this place.
+    if (count == 0 || (size_ == usual && static_cast<std::size_t>(count) == usual)) break;
     if (held == kCapacity) {
       parse_records(chunk, held, keys, members);
       chunk = new_;
@@ -173,8 +185,9 @@ void StateFile::save(std::span<const KeySlot> keys, const void* members) {
   if (!writable_) return;
 
   const std::size_t usual = keys.size() * kRecordSize;
-  // A longer file is first overwritten to its end with empty records, so that nothing of it counts
-  // any more when the call is interrupted before the cut.
+  // One write within a page of the file is done whole or not at all when the process is killed. The
+  // end of a longer file goes with it, as empty records, so that it does not count before it is cut
+  // off.
   const std::size_t length = size_ <= usual ? usual : size_ < kCapacity ? size_ : kCapacity;
   memset(new_, 0, length);
   char* record = new_;
@@ -184,13 +197,26 @@ void StateFile::save(std::span<const KeySlot> keys, const void* members) {
     record += kRecordSize;
   }
 
-  const std::size_t written = write_at_start(file_, new_, length);
-  if (written < length) {
+  if (size_ > length && !write_behind(usual)) return;
+  const std::size_t written = write_at(file_, new_, length, 0);
+  if (written == length) {
+    if (size_ > usual) cut(file_, usual);
+  } else if (size_ <= length) {
     undo(written);
-  } else if (size_ > usual) {
-    while (ftruncate(file_, static_cast<off_t>(usual)) < 0 && errno == EINTR) {
-    }
   }
+}
+
+// Puts the records behind a file that is too long to be overwritten in one write: being the last,
+// they count whatever becomes of those before.
+bool StateFile::write_behind(std::size_t usual) {
+  constexpr std::size_t kPage = 4096;
+  std::size_t place = (size_ + kRecordSize - 1) / kRecordSize * kRecordSize;
+  if (place % kPage + usual > kPage)  // the next record that begins in the next page
+    place += (kPage - place % kPage + kRecordSize - 1) / kRecordSize * kRecordSize;
+  if (beyond_limit(place + usual)) return false;
+  const bool whole = write_at(file_, new_, usual, place) == usual;
+  if (!whole) cut(file_, size_);
+  return whole;
 }
 
 // Brings back what a write that failed half way has overwritten.
@@ -198,8 +224,8 @@ void StateFile::undo(std::size_t written) {
   if (absent_) {
     unlink(path_);
   } else if (written > 0) {
-    write_at_start(file_, old_, written < size_ ? written : size_);
-    if (written > size_ && ftruncate(file_, static_cast<off_t>(size_)) < 0) return;
+    write_at(file_, old_, written < size_ ? written : size_, 0);
+    if (written > size_) cut(file_, size_);
   }
 }
 

@@ -39,6 +39,7 @@ class StateFile {
   // Three header texts of 63 characters, the longest prefix, "_", ".dat" and a NUL.
   static constexpr std::size_t kPathSize = 3 * (sizeof(Pin::Text) - 1) + 24;
 
+  bool write_behind(std::size_t usual);
   void undo(std::size_t written);
 
   char path_[kPathSize];
