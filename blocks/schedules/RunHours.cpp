@@ -21,6 +21,7 @@
 //   InSignal  Only 0 and 1 are a signal. Another number counts nothing, and a 1 that follows it is
 //             no start: the minute goes on from where it was.
 #include "frame/block.h"
+#include "frame/edge.h"
 
 using namespace scanblocks;
 
@@ -103,11 +104,10 @@ void count_minute(Memory& memory) {
 }
 
 Out step(const In& in, Memory& memory) {
-  const bool ran = memory.OldInSignal == 1;
-  if (memory.OldInSignal == 0 && in.InSignal == 1) {
+  if (rising(memory.OldInSignal, in.InSignal)) {
     memory.TmpTime = second_stamp();
     memory.TmpMints = 0;
-  } else if (ran && in.InSignal == 1) {
+  } else if (memory.OldInSignal == 1 && in.InSignal == 1) {
     if (elapsed(second_stamp(), memory.TmpTime) > 59) {
       count_minute(memory);
       memory.TmpTime = second_stamp();
@@ -118,12 +118,12 @@ Out step(const In& in, Memory& memory) {
       memory.TmpTodayTotal.value = 0;
     }
     memory.OldDay = day;
-  } else if (ran && in.InSignal == 0) {
+  } else if (falling(memory.OldInSignal, in.InSignal)) {
     if (elapsed(second_stamp(), memory.TmpTime) > 29) count_minute(memory);
   }
   memory.OldInSignal = in.InSignal;
 
-  if (memory.ResetOld == 0 && in.Reset == 1) memory.TmpMaintenanceHour.value = 0;
+  if (rising(memory.ResetOld, in.Reset)) memory.TmpMaintenanceHour.value = 0;
   memory.ResetOld = in.Reset;
 
   return {.TodayTotal = memory.TmpTodayTotal.value,

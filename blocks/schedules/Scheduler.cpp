@@ -22,6 +22,7 @@
 //   Disabling     neither stops nor restarts a pulse: it goes on with what is left of it. An Event
 //                 that rose meanwhile and is still 1 starts a pulse when enabled.
 #include "frame/block.h"
+#include "frame/edge.h"
 
 using namespace scanblocks;
 
@@ -107,7 +108,7 @@ Out step(const In& in, Memory& memory) {
     return {.Q = 0, .Hour = 0, .Minute = 0, .State = memory.State};
   }
   const LocalTime now = local_time();
-  const bool event = memory.TmpEventOld == 0 && in.Event == 1;
+  const bool event = rising(memory.TmpEventOld, in.Event);
   memory.TmpEventOld = in.Event;
   if (event) {
     start_pulse(memory);
