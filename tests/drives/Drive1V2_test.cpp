@@ -14,7 +14,7 @@ TEST(Drive1V2, FollowsTheEdgesOfTheSelectedSignal) {
     2    0    0     0      0       1     |  1     0       2     1    |    0        0     the other one's fall is used up
     3    1    0     1      0       1     |  1     0       2     1    |    0        1
     4    0    0     0      0       1     |  0     0      10     3    |    0        0
-    5    0    0     1      0       0     |  1     0       1     3    |    0        1
+    5    2    0     1      0       0     |  1     0       1     3    |    0        1     2 is hand
     6    0    0     2      0       0     |  0     1       5     2    |    0        2     1 to 2 is no edge
     7    0    0     0      0       0     |  0     1       5     1    |    0        0     nor 2 to 0
     8    1    1     0      0       0     |  1     1       1     3    |    1        0

@@ -20,7 +20,8 @@ TEST(Drive1, SupervisesStartsAndStops) {
     3       0      1      2     |  0     0        0     10     3    | 3487921080
     3.5     0      1      2     |  0     0        0     10     2    | 3487921080
     3.501   0      1      1     |  0     0        1     15     2    | 3487921080
-    4       0      1      0     |  0     0        1     15     1    | 3487921080
+    4       0      0      0     |  0     0        1     15     1    | 3487921080
+    4.5     0      1      1     |  0     0        1     10     3    | 3487922580   the stop alarm waits too
     5       1      0      0     |  1     0        1      1     3    | 3487923080
     5.6     1      0      0     |  0     1        0      5     2    | -            a failure replaces the other alarm
     6       0      1      0.7   |  0     0        0      0     2    | 3487924080   confirmed in the call of the stop

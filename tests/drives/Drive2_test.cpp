@@ -9,7 +9,7 @@ const Values kReady = {{"Enable", 1}, {"Permit", 1}, {"Auto", 1}, {"FeedbackMs",
 TEST(Drive2, HoldsOneCommandAtATime) {
   trace("Drive2", kReady, R"(
     t    AStart AStop Inhibit Feedback1 Feedback2 | CMD1 CMD2 StartAlm StopAlm State #clock | CMD1 CMD2
-    0      1      0      0        0         0     |  1    0      0        0      1     3    |  1    0    Feedback2 confirms no start
+    0      1      0      0        2         0     |  1    0      0        0      1     3    |  1    0    Feedback2 confirms no start
     0.4    1      0      0        1         1     |  1    0      0        0      2     1    |  1    0
     1      0      1      0        0         1     |  0    1      0        0     10     3    |  0    1    Feedback1 confirms no stop
     1.5    0      1      0        0         2     |  0    1      0        0     10     2    |  0    1
