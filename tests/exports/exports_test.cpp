@@ -42,6 +42,20 @@ TEST(Exports, AreTheListedNamesAndNoOther) {
             listed_names());
 }
 
+TEST(Exports, AreDeclaredWithTheirPins) {
+  std::ifstream file(std::filesystem::path(SCANBLOCKS_NAMES).replace_filename("scanblocks.h"));
+  const std::string header{std::istreambuf_iterator<char>(file), {}};
+  for (const scanblocks::BlockInfo* block : scanblocks::catalogue_of_blocks()) {
+    const std::regex declaration(
+        "void " + std::string(block->name) +
+        R"(\(const Pin\* inputs, Pin\* outputs\);\s*/\* (\d+) inputs?, (\d+) outputs? \*/)");
+    std::smatch pins;
+    ASSERT_TRUE(std::regex_search(header, pins, declaration)) << block->name;
+    EXPECT_EQ(std::stoul(pins[1]), SCANBLOCKS_FIRST_VALUE + block->inputs.size()) << block->name;
+    EXPECT_EQ(std::stoul(pins[2]), block->outputs.size()) << block->name;
+  }
+}
+
 TEST(Exports, NeedTheCLibraryAlone) {
   for (const std::string& needed :
        output_of("readelf -d " SCANBLOCKS_LIBRARY, std::regex(R"(NEEDED.*\[(.*)\])")))
