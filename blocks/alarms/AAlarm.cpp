@@ -49,10 +49,10 @@ struct Out {
   std::int32_t State;
 };
 constexpr Field outputs[] = {
-    FIELD(Out, HHAlm, "1: high-high alarm"),
-    FIELD(Out, HAlm, "1: high alarm"),
-    FIELD(Out, LAlm, "1: low alarm"),
-    FIELD(Out, LLAlm, "1: low-low alarm"),
+    FIELD(Out, HHAlm, "1 while the high-high alarm is on"),
+    FIELD(Out, HAlm, "1 while the high alarm is on"),
+    FIELD(Out, LAlm, "1 while the low alarm is on"),
+    FIELD(Out, LLAlm, "1 while the low-low alarm is on"),
     FIELD(Out, State, "0"),
 };
 

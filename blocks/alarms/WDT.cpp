@@ -28,7 +28,7 @@ struct Out {
   std::int32_t Q;
 };
 constexpr Field outputs[] = {
-    FIELD(Out, Q, "1: the signal stands still"),
+    FIELD(Out, Q, "1 while the signal stands still"),
 };
 
 enum Phase : std::int32_t { kRearmed = 0, kTiming = 10 };
@@ -47,7 +47,7 @@ constexpr Field keys[] = {
     FIELD(Memory, SignalOld, "Signal of the previous call"),
     FIELD(Memory, TmpTime, "start of the time", kClockSec),
     FIELD(Memory, TmpQ, "Q"),
-    FIELD(Memory, State, "whether the time runs"),
+    FIELD(Memory, State, "position"),
 };
 
 std::int32_t expired(const In& in, const Memory& memory) {

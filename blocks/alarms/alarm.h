@@ -1,8 +1,7 @@
 // What the alarm blocks share: gating, acknowledging and latching.
 //
 //   Latched       A raised alarm stays, whatever the supervised input does, until it is
-//   acknowledged
-//                 or the block is disabled.
+//                 acknowledged or the block is disabled.
 //   Acknowledge   A rising edge of Reset while enabled: 0 on the previous call, 1 on this one. It
 //                 comes after the evaluation and wins over it; a condition that goes on raises the
 //                 alarm again on a later call. Reset held at 1 acknowledges once.
@@ -28,8 +27,8 @@ inline constexpr const char* kEnableHelp = "runs the block";
 inline constexpr const char* kResetHelp = "acknowledges the alarm on its rising edge, 0 to 1";
 inline constexpr const char* kResetOldHelp = "Reset of the previous call";
 inline constexpr const char* kSignalOldHelp = "InSignal of the previous call";
-inline constexpr const char* kAlarmHelp = "1: alarm";
-inline constexpr const char* kStateHelp = "where the alarm is";
+inline constexpr const char* kAlarmHelp = "1 while the alarm is on";
+inline constexpr const char* kStateHelp = "position";
 
 // No edge: a digital input that was and is at a level, 0 or 1.
 constexpr bool stays(std::int32_t level, std::int32_t old, std::int32_t now) {

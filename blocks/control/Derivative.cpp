@@ -51,7 +51,7 @@ Out step(const In& in, Memory& memory) {
 
 constexpr Block<In, Out, Memory> block = {
     .family = "control",
-    .title = "change of a signal over the age",
+    .title = "change of a signal over the age of the instance",
     .inputs = inputs,
     .outputs = outputs,
     .keys = keys,

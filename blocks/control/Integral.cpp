@@ -61,7 +61,7 @@ Out step(const In& in, Memory& memory) {
 
 constexpr Block<In, Out, Memory> block = {
     .family = "control",
-    .title = "integral of a signal",
+    .title = "integral of a signal, weighted by the age of the instance",
     .inputs = inputs,
     .outputs = outputs,
     .keys = keys,

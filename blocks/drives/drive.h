@@ -74,7 +74,8 @@ consteval auto drive_inputs(const std::array<Field, kSignals>& signals,
                        "only 0 lets auto and hand signals through; 1 also drops a running drive")},
       within(offsetof(In, feedbacks), feedbacks),
       std::array{
-          FIELD(In, Reset, "the rising edge stops the drive and clears commands and alarms"),
+          FIELD(In, Reset,
+                "stops the drive and clears commands and alarms on its rising edge, 0 to 1"),
           FIELD(In, FeedbackMs, "time that the feedback has to follow a start or a stop", "ms"),
       });
 }
@@ -90,12 +91,13 @@ struct DriveOutputs {
 };
 template <class Out, std::size_t kCommands>
 consteval auto drive_outputs(const std::array<Field, kCommands>& commands) {
-  return join(within(offsetof(Out, commands), commands),
-              std::array{
-                  FIELD(Out, StartAlm, "start alarm: the feedback did not confirm a start in time"),
-                  FIELD(Out, StopAlm, "stop alarm: the feedback did not confirm a stop in time"),
-                  FIELD(Out, State, "the state of the drive"),
-              });
+  return join(
+      within(offsetof(Out, commands), commands),
+      std::array{
+          FIELD(Out, StartAlm, "1 while the start alarm is on: a start was not confirmed in time"),
+          FIELD(Out, StopAlm, "1 while the stop alarm is on: a stop was not confirmed in time"),
+          FIELD(Out, State, "the state of the drive"),
+      });
 }
 
 // Commands has start() and stop(), and names the command that a start gives, starting(), and the

@@ -37,7 +37,7 @@ struct In {
 };
 constexpr Field inputs[] = {
     FIELD(In, InSignal, "1 while the equipment runs, 0 while it stands"),
-    FIELD(In, Reset, "sets MaintenanceHour to 0 on its rising edge, from 0 to 1"),
+    FIELD(In, Reset, "sets MaintenanceHour to 0 on its rising edge, 0 to 1"),
     FIELD(In, TodayPreset, "first value of TodayTotal in a new instance", "min"),
     FIELD(In, YesterdayPreset, "first value of YesterdayTotal", "min"),
     FIELD(In, MaintenancePreset, "first value of MaintenanceHour", "h"),

@@ -40,7 +40,7 @@ constexpr Field inputs[] = {
     FIELD(In, IntervalMin, "minutes from boundary to boundary; has to divide 60", "min"),
     FIELD(In, LeadMin, "how long before a boundary a pulse starts", "min"),
     FIELD(In, DurationMin, "how long after the boundary it ends", "min"),
-    FIELD(In, Event, "starts a pulse on its rising edge, from 0 to 1"),
+    FIELD(In, Event, "starts a pulse on its rising edge, 0 to 1"),
 };
 
 struct Out {

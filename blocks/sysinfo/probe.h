@@ -13,9 +13,8 @@ SCANBLOCKS_PROBE ReadFreeSD(void);
 
 namespace scanblocks {
 
-inline constexpr std::int32_t kNoOutput =
-    -1;                                      // no file, an empty one, or one of 1024 bytes or more
-inline constexpr std::int32_t kNoLine = -2;  // the output lacks the line that was looked for
+inline constexpr std::int32_t kNoOutput = -1;  // no output, or 1024 bytes of it or more
+inline constexpr std::int32_t kNoLine = -2;    // the output lacks the line that was looked for
 
 struct Probe {
   const char* file;
