@@ -137,9 +137,9 @@ TEST_F(StateFile, LongerThanItsRecords) {
   for (const std::size_t records : {1u, 4u, 5u, 6u, 18u, 19u, 20u, 33u}) {
     std::string bytes = kImage;
     for (std::size_t i = 1; i < records; ++i) bytes += record("Other", "1");
-    EXPECT_EQ(after(bytes + record("OldDay", "9")), "0 11 12 0 13 14 15 16 9") << records;
-    EXPECT_EQ(after(bytes + record("OldDay", "9") + std::string(95, '9')),
-              "0 11 12 0 13 14 15 16 9");
+    bytes += record("OldDay", "9");
+    for (const std::string piece : {"", "OldDay"})
+      EXPECT_EQ(after(bytes + piece), "0 11 12 0 13 14 15 16 9") << records;
   }
 }
 
@@ -199,42 +199,18 @@ TEST_F(StateFile, OverwrittenInPlace) {
   EXPECT_EQ(fs::status(rig.file()).permissions(), fs::perms(0640));
 }
 
-// Root may write any file: there the call runs as another user.
-class StateFileWithoutRights : public StateFile {
- protected:
-  void SetUp() override {
-    fs::permissions(rig.directory(), fs::perms(0777));
-    if (geteuid() == 0 && seteuid(65534) != 0)
-      GTEST_SKIP() << "root that cannot give up its rights";
-  }
-  void TearDown() override {
-    EXPECT_EQ(seteuid(getuid()), 0);
-    fs::permissions(rig.directory(), fs::perms(0700));
-  }
-  void write_as_owner(const std::string& bytes, mode_t mode) {
-    rig.write_bytes(bytes);
-    chmod(rig.file().c_str(), mode);
-  }
-};
-
-TEST_F(StateFileWithoutRights, ReadOnly) {
+TEST_F(StateFile, ReadOnly) {
   const std::string bytes = kImage + record("OldDay", "9");
-  write_as_owner(bytes, 0444);
+  rig.write_bytes(bytes);
+  chmod(rig.file().c_str(), 0444);
+  chmod(rig.directory().c_str(), 0755);
+  if (geteuid() == 0 && seteuid(65534) != 0) GTEST_SKIP() << "root may write any file";
   for (int i = 0; i < 2; ++i) {
     rig.call_at(kTraceStart);
     EXPECT_EQ(rig.out("TodayTotal"), 11);
     EXPECT_TRUE(rig.bytes() == bytes);
   }
-}
-
-TEST_F(StateFileWithoutRights, Unreadable) {
-  write_as_owner(kImage, 0);
-  for (int i = 0; i < 2; ++i) {
-    rig.call_at(kTraceStart);
-    EXPECT_EQ(rig.out("TodayTotal"), 5) << "cannot be opened: a first call";
-  }
-  chmod(rig.file().c_str(), 0644);
-  EXPECT_TRUE(rig.bytes() == kImage);
+  EXPECT_EQ(seteuid(getuid()), 0);
 }
 
 }  // namespace
