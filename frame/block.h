@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "frame/clock.h"
 #include "frame/field.h"
@@ -89,7 +90,7 @@ inline constexpr auto keys_of = key_slots<block.keys.size()>(block.keys);
 // One call. Memory is made before the file is opened: the initialiser of a time stamp that takes
 // the clock is the first reading of the call.
 template <const auto& block>
-void call(const Pin* inputs, Pin* outputs, [[maybe_unused]] const char* prefix) {
+void call(const Pin* inputs, Pin* outputs, [[maybe_unused]] std::string_view prefix) {
   using BlockType = std::remove_cvref_t<decltype(block)>;
   typename BlockType::In in{};
   read_pins(input_slots<block>, inputs, &in);

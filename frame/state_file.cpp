@@ -16,10 +16,12 @@ int open_file(const char* path, int flags) {
   }
 }
 
-char* append(char* end, const char* text, std::size_t limit) {
-  const std::size_t length = strnlen(text, limit);
-  memcpy(end, text, length);
-  return end + length;
+// Appends a header text to a path that has room for the longest: copying that many bytes always
+// costs less than asking for the length first.
+char* append(char* end, const Pin& pin) {
+  constexpr std::size_t kLimit = sizeof pin.Text - 1;
+  memcpy(end, pin.Text, kLimit);
+  return end + strnlen(pin.Text, kLimit);
 }
 
 void parse_value(const char* text, const KeySlot& key, void* members) {
@@ -76,16 +78,14 @@ void format_value(const KeySlot& key, const void* members, char* text) {
   }
 }
 
-// Compares a record's key, which may lack its NUL, with the name of a slot.
-bool has_name(const char* record, const KeySlot& key) {
-  return strncmp(record, key.name, kKeySize) == 0;
-}
-
-// `expected` is the slot that a file written by this block has at this place.
+// The slot of a record's key, which may lack its NUL or have anything behind it. `expected` is the
+// place of the slot in a file written by this block, padded with zeros like the slot's name.
 const KeySlot* find(const char* record, std::span<const KeySlot> keys, std::size_t expected) {
-  if (expected < keys.size() && has_name(record, keys[expected])) return &keys[expected];
+  if (expected < keys.size() &&
+      memcmp(record, keys[expected].name, sizeof keys[expected].name) == 0)
+    return &keys[expected];
   for (const KeySlot& key : keys)
-    if (has_name(record, key)) return &key;
+    if (strncmp(record, key.name, kKeySize) == 0) return &key;
   return nullptr;
 }
 
@@ -129,13 +129,12 @@ void cut(int file, std::size_t size) {
 
 }  // namespace
 
-StateFile::StateFile(const Pin* pins, const char* prefix) {
-  constexpr std::size_t kLimit = sizeof(Pin::Text) - 1;
-  char* end = append(path_, pins[SCANBLOCKS_STATE_DIR].Text, kLimit);
-  end = append(end, prefix, kKeySize);
-  end = append(end, pins[SCANBLOCKS_GROUP_TAG].Text, kLimit);
-  end = append(end, "_", 1);
-  end = append(end, pins[SCANBLOCKS_INSTANCE_TAG].Text, kLimit);
+StateFile::StateFile(const Pin* pins, std::string_view prefix) {
+  char* end = append(path_, pins[SCANBLOCKS_STATE_DIR]);
+  memcpy(end, prefix.data(), prefix.size());
+  end = append(end + prefix.size(), pins[SCANBLOCKS_GROUP_TAG]);
+  *end++ = '_';
+  end = append(end, pins[SCANBLOCKS_INSTANCE_TAG]);
   memcpy(end, ".dat", sizeof ".dat");
 
   file_ = open_file(path_, O_RDWR);

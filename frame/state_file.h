@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string_view>
 
 #include "frame/field.h"
 #include "frame/text.h"
@@ -18,7 +19,7 @@ inline constexpr std::size_t kMaxKeys = 13;
 class StateFile {
  public:
   // Opens StateDir + prefix + GroupTag + "_" + InstanceTag + ".dat" of the header pins.
-  StateFile(const Pin* pins, const char* prefix);
+  StateFile(const Pin* pins, std::string_view prefix);
   ~StateFile();
   StateFile(const StateFile&) = delete;
   StateFile& operator=(const StateFile&) = delete;
