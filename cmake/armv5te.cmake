@@ -8,6 +8,9 @@ set(CMAKE_CXX_COMPILER arm-linux-gnueabi-g++)
 set(target_flags "-march=armv5te -mtune=arm926ej-s -mfloat-abi=soft")
 set(CMAKE_C_FLAGS_INIT "${target_flags}")
 set(CMAKE_CXX_FLAGS_INIT "${target_flags} -Wno-psabi")
+# Storage and cache are small there: a tenth less code than with -O3.
+set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of release builds")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of release builds")
 
 set(CMAKE_FIND_ROOT_PATH /usr/arm-linux-gnueabi)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

@@ -30,7 +30,7 @@ constexpr auto kPairs = [] {
 void put_padded(std::uint32_t value, char* text, std::size_t count) {
   for (; count >= 2; value /= 100) {
     count -= 2;
-    memcpy(text + count, &kPairs[value % 100 * 2], 2);
+    memcpy(text + count, &kPairs[std::size_t{value % 100} * 2], 2);
   }
   if (count != 0) *text = static_cast<char>('0' + value % 10);
 }
@@ -141,7 +141,7 @@ std::size_t format_fixed(double value, char* text) {
   const int biased = static_cast<int>(bits >> 52) & 0x7FF;
   const std::uint64_t stored = bits & ((std::uint64_t{1} << 52) - 1);
   *text = '-';
-  std::size_t length = bits >> 63;
+  std::size_t length = (bits >> 63) != 0 ? 1 : 0;
 
   if (biased == 0x7FF) {
     memcpy(text + length, stored == 0 ? "inf" : "nan", 3);
