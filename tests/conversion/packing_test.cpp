@@ -49,7 +49,7 @@ TEST(Packing, Bytes) {
   trace("byte2Long", {}, R"(
     Byte1  Byte2  Byte3  Byte4  | Packed
     0x178  0x156  0x134  0x112  |  0x12345678
-    -1     255.9  nan    255    | -0xFF0100      a negative byte is 0
+    -1     -255.9 -2     255    | -0x1000000     a negative byte is 0
   )");
   trace("byte2Float", {}, R"(
     Byte1  Byte2  Byte3  Byte4  Swap | Packed
