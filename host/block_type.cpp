@@ -45,6 +45,7 @@ std::optional<unsigned> find_pin(const std::vector<PinName>& pins, std::string_v
 
 std::vector<std::string> names_of(const std::vector<PinName>& pins) {
   std::vector<std::string> names;
+  names.reserve(pins.size());
   for (const PinName& pin : pins) names.push_back(pin.name);
   return names;
 }

@@ -20,41 +20,41 @@ Position position(const toml::source_region& source) {
 
 Value convert(const toml::node& node);
 
-Value convert_table(const toml::table& table) {
-  Value value{.kind = Value::Kind::kTable};
+void add_entries(const toml::table& table, Value& value) {
   for (const auto& [key, node] : table)
     value.entries.push_back({std::string(key.str()), position(key.source()), convert(node)});
   // The parser keeps a table sorted by its keys.
   std::ranges::stable_sort(value.entries, {}, [](const Entry& entry) {
     return std::pair(entry.at.line, entry.at.column);
   });
-  return value;
-}
-
-Value convert_array(const toml::array& array) {
-  Value value{.kind = Value::Kind::kArray};
-  for (const toml::node& node : array) value.items.push_back(convert(node));
-  return value;
-}
-
-Value convert_content(const toml::node& node) {
-  if (const toml::table* table = node.as_table()) return convert_table(*table);
-  if (const toml::array* array = node.as_array()) return convert_array(*array);
-  if (const auto* text = node.as_string()) return {.kind = Value::Kind::kText, .text = text->get()};
-  if (const auto* flag = node.as_boolean())
-    return {.kind = Value::Kind::kFlag, .number = flag->get() ? 1.0 : 0.0, .integer = flag->get()};
-  if (const auto* integer = node.as_integer())
-    return {.kind = Value::Kind::kInteger,
-            .number = static_cast<double>(integer->get()),
-            .integer = integer->get()};
-  if (const auto* number = node.as_floating_point())
-    return {.kind = Value::Kind::kNumber, .number = number->get()};
-  return {.kind = Value::Kind::kTime};
 }
 
 Value convert(const toml::node& node) {
-  Value value = convert_content(node);
+  Value value;
   value.at = position(node.source());
+  if (const toml::table* table = node.as_table()) {
+    value.kind = Value::Kind::kTable;
+    add_entries(*table, value);
+  } else if (const toml::array* array = node.as_array()) {
+    value.kind = Value::Kind::kArray;
+    for (const toml::node& item : *array) value.items.push_back(convert(item));
+  } else if (const auto* text = node.as_string()) {
+    value.kind = Value::Kind::kText;
+    value.text = text->get();
+  } else if (const auto* flag = node.as_boolean()) {
+    value.kind = Value::Kind::kFlag;
+    value.integer = flag->get() ? 1 : 0;
+    value.number = flag->get() ? 1.0 : 0.0;
+  } else if (const auto* integer = node.as_integer()) {
+    value.kind = Value::Kind::kInteger;
+    value.integer = integer->get();
+    value.number = static_cast<double>(integer->get());
+  } else if (const auto* number = node.as_floating_point()) {
+    value.kind = Value::Kind::kNumber;
+    value.number = number->get();
+  } else {
+    value.kind = Value::Kind::kTime;
+  }
   return value;
 }
 

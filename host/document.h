@@ -15,12 +15,12 @@ struct Value {
   enum class Kind { kFlag, kInteger, kNumber, kText, kArray, kTable, kTime };
 
   Kind kind = Kind::kTable;
-  Position at{};
+  Position at;
   double number = 0.0;       // of kFlag, kInteger and kNumber
   std::int64_t integer = 0;  // of kFlag and kInteger
-  std::string text{};
-  std::vector<Value> items{};
-  std::vector<Entry> entries{};
+  std::string text;
+  std::vector<Value> items;
+  std::vector<Entry> entries;
 
   bool is_table() const { return kind == Kind::kTable; }
   bool is_text() const { return kind == Kind::kText; }
