@@ -6,7 +6,6 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/fault/interpose.h"
@@ -198,28 +197,5 @@ TEST_P(Fault, FileSystemFullOrReadOnly) {
 }
 
 FOR_STATEFUL_BLOCKS(Fault);
-
-// Two processes run each block as fast as they can, on instances of one directory.
-TEST(Processes, OnDifferentInstances) {
-  const auto run = [](Rig& rig, const char* tag, unsigned seed) {
-    Subject source(rig.info(), seed);
-    rig.set_text(SCANBLOCKS_INSTANCE_TAG, tag);
-    for (int calls = 0; calls < 300; ++calls) {
-      source.random_pins(rig);
-      rig.call_at(kTraceStart + calls);
-    }
-    return rig.bytes();
-  };
-  for (const scanblocks::BlockInfo* block : stateful_blocks()) {
-    Rig shared(block->name), alone(block->name);
-    const std::string expected[] = {run(alone, "I", 1), run(alone, "J", 2)};
-    const pid_t other = fork();
-    if (other == 0) _exit(run(shared, "J", 2) == expected[1] ? 0 : 1);
-    EXPECT_TRUE(run(shared, "I", 1) == expected[0]) << block->name;
-    int status = 1;
-    waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0) << block->name;
-  }
-}
 
 }  // namespace

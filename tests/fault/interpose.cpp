@@ -8,13 +8,13 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-#include <bitset>
+#include <atomic>
 
 std::function<int(Call, std::size_t&)> meddle;
 
 namespace {
 
-std::bitset<1024> state_files;
+std::atomic<bool> state_files[1024];
 
 template <class Function>
 Function* next(const char* name, Function*) {

@@ -2,7 +2,7 @@
 
 #include <sys/time.h>
 
-FakeClock fake_clock;
+thread_local FakeClock fake_clock;
 
 extern "C" __attribute__((visibility("default"))) int gettimeofday(timeval* now, void*) noexcept {
   now->tv_sec = static_cast<time_t>(fake_clock.microseconds / 1000000);

@@ -1,4 +1,5 @@
-// The clock of the tests: the test program's own gettimeofday, which the library calls.
+// The clock of the tests: the test program's own gettimeofday, which the library calls. Each thread
+// has its own.
 #pragma once
 
 #include <cstdint>
@@ -11,4 +12,4 @@ struct FakeClock {
   void set(double seconds) { microseconds = static_cast<std::int64_t>(seconds * 1e6 + 0.5); }
 };
 
-extern FakeClock fake_clock;
+extern thread_local FakeClock fake_clock;
