@@ -44,24 +44,36 @@ const char* reading(Kind kind) {
   return "integer";
 }
 
+// How a value of the state file is written.
 const char* format(Kind kind) {
   switch (kind) {
     case Kind::kNumber:
+      return "number, six decimals";
     case Kind::kSingle:
-      return "%f";
+      return "number, single precision, six decimals";
     case Kind::kCount:
     case Kind::kUnsigned:
-      return "%lu";
+      return "integer without sign, 32 bits";
     case Kind::kUnsigned64:
     case Kind::kSigned64:
-      return "%llu";
-    case Kind::kInteger:
-    case Kind::kState:
+      return "integer without sign, 64 bits";
     case Kind::kFlag:
     case Kind::kExactFlag:
+      return "flag, 1 or 0";
+    case Kind::kState:
+      return "state number";
+    case Kind::kInteger:
       break;
   }
-  return "%d";
+  return "integer";
+}
+
+// Stamps are readings of the wall clock since 1970.
+std::string unit_of_key(const Field& key) {
+  const std::string_view unit = key.unit;
+  if (unit == scanblocks::kClockMs) return "ms since 1970";
+  if (unit == scanblocks::kClockSec) return "s since 1970";
+  return std::string(unit);
 }
 
 void list_pins(std::string& text, const char* title, std::span<const Field> fields,
@@ -116,7 +128,7 @@ std::string block_text(const BlockInfo& block) {
   list_pins(text, "outputs\n", block.outputs, 0);
   if (!block.keys.empty()) text += "state file\n";
   for (const Field& key : block.keys)
-    text += "  " + pad(key.name, 20) + pad(format(key.kind), 10) + key.help + in_brackets(key) +
+    text += "  " + pad(key.name, 20) + key.help + in_brackets(key) + ", " + format(key.kind) +
             (key.mark == Mark::kWriteOnly ? " (not read back)" : "") + "\n";
   if (!block.states.empty()) text += "states\n";
   for (const scanblocks::StateName& state : block.states)
@@ -130,15 +142,15 @@ std::string block_markdown(const BlockInfo& block) {
       std::string("# ") + block.name + "\n\n" + block.title + " (" + block.family + ").\n";
   tabulate_pins(text, "Inputs", block.inputs, SCANBLOCKS_FIRST_VALUE);
   tabulate_pins(text, "Outputs", block.outputs, 0);
-  if (block.keys.empty()) return text + "\n## State\n\nNone: the outputs follow from the inputs.\n";
+  if (block.keys.empty()) return text + "\n## State file\n\nNone: the outputs follow from the inputs.\n";
 
-  text +=
-      "\n## State\n\nIn `" + std::string(block.name) +
-      "_GROUP_NAME.dat`, in this order.\n\n| Key | Format | Unit | Meaning |\n|---|---|---|---|\n";
+  text += "\n## State file\n\nIn `" + std::string(block.name) +
+          "_GROUP_NAME.dat`, in this order.\n\n| Key | Written as | Unit | Meaning "
+          "|\n|---|---|---|---|\n";
   for (const Field& key : block.keys)
-    text += std::string("| `") + key.name + "` | `" + format(key.kind) + "` | " + cell(key.unit) +
-            " | " + cell(key.help) + (key.mark == Mark::kWriteOnly ? "; not read back" : "") +
-            " |\n";
+    text += std::string("| `") + key.name + "` | " + format(key.kind) + " | " +
+            cell(unit_of_key(key)) + " | " + cell(key.help) +
+            (key.mark == Mark::kWriteOnly ? "; not read back" : "") + " |\n";
   if (block.states.empty()) return text;
 
   text += "\n## States\n\n| Number | Name | Meaning |\n|---|---|---|\n";
