@@ -41,6 +41,19 @@ void add_scan(CLI::App& command, ScanOptions& options) {
       ->type_name("FILE");
 }
 
+void add_time(CLI::App& command, const char* name, std::optional<Time>& time, const char* help) {
+  command
+      .add_option_function<std::string>(
+          name,
+          [&time, name](const std::string& text) {
+            time = parse_time(text);
+            if (!time)
+              throw CLI::ValidationError(name, "'" + text + "' is no time; write " + kTimeExamples);
+          },
+          help)
+      ->type_name("TIME");
+}
+
 void add_run(CLI::App& app, ScanOptions& options, int& status) {
   CLI::App* command = app.add_subcommand("run", "scan in real time until stopped");
   add_scan(*command, options);
@@ -56,17 +69,8 @@ void add_simulate(CLI::App& app, SimulateOptions& options, int& status) {
       "and --cycles it ends with the recorded values; without --trace the trace goes to standard\n"
       "output.");
   add_scan(*command, options);
-  command
-      ->add_option_function<std::string>(
-          "--start",
-          [&options](const std::string& text) {
-            options.start = parse_time(text);
-            if (!options.start)
-              throw CLI::ValidationError("--start",
-                                         "'" + text + "' is no time; write " + kTimeExamples);
-          },
-          "simulated time of the first scan; default: where the recorded values begin, else now")
-      ->type_name("TIME");
+  add_time(*command, "--start", options.start,
+           "simulated time of the first scan; default: where the recorded values begin, else now");
   command->add_option("--state", options.state, "directory of the state files, kept at the end")
       ->type_name("DIR")
       ->check([](const std::string& path) -> std::string {
@@ -89,6 +93,41 @@ void add_blocks(CLI::App& app, BlocksOptions& options, int& status) {
   command->callback([&] { status = blocks(options); });
 }
 
+void add_state_show(CLI::App& state, const char* name, const char* help, StateOptions& options,
+                    int& status) {
+  CLI::App* command = state.add_subcommand(name, help);
+  command->add_option("FILE|DIR", options.paths, "state files or their directories")->required();
+  command->add_flag("--json", options.json, "print JSON");
+  command->add_flag("--verify", options.verify, "exit with 1 if a file is damaged");
+  add_time(*command, "--now", options.now,
+           "see ages from this time, for files that were copied; default: the present");
+  command->callback([&options, &status, brief = std::string(name) == "list"] {
+    options.brief = brief;
+    status = state_show(options);
+  });
+}
+
+void add_state(CLI::App& app, StateOptions& options, int& status) {
+  CLI::App* state = app.add_subcommand("state", "look into state files, and change them");
+  state->require_subcommand(1);
+  add_state_show(*state, "list", "one line for each state file", options, status);
+  add_state_show(*state, "show", "every key with its meaning, and what is damaged", options,
+                 status);
+
+  CLI::App* set =
+      state->add_subcommand("set",
+                            "write one key, while no host holds the directory\n"
+                            "A state may be given by its name, a stamp as a time or now.");
+  set->add_option("FILE", options.file, "a state file")->required();
+  set->add_option("KEY=VALUE", options.assignment, "what to write")->required();
+  set->callback([&] { status = state_set(options); });
+
+  CLI::App* reset = state->add_subcommand("reset", "remove state files: the blocks start anew");
+  reset->add_option("FILE", options.paths, "state files")->required();
+  reset->add_flag("--yes", options.yes, "do not ask");
+  reset->callback([&] { status = state_reset(options); });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -101,10 +140,12 @@ int main(int argc, char** argv) {
   SimulateOptions simulate_options;
   ScanOptions check_options;
   BlocksOptions blocks_options;
+  StateOptions state_options;
   add_run(app, run_options, status);
   add_simulate(app, simulate_options, status);
   add_check(app, check_options, status);
   add_blocks(app, blocks_options, status);
+  add_state(app, state_options, status);
   try {
     app.parse(argc, argv);
     return status;

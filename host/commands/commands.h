@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/time.h"
 
@@ -29,10 +30,24 @@ struct BlocksOptions {
   bool markdown = false;
 };
 
+struct StateOptions {
+  std::vector<std::string> paths;  // files, or directories of state files
+  std::string file;                // of set
+  std::string assignment;          // of set: KEY=VALUE
+  bool brief = false;              // one line for each file
+  bool json = false;
+  bool verify = false;      // damage gives 1
+  bool yes = false;         // of reset
+  std::optional<Time> now;  // ages are seen from here; default: the present
+};
+
 int run(const ScanOptions& options);
 int simulate(const SimulateOptions& options);
 int check(const ScanOptions& options);
 int blocks(const BlocksOptions& options);
+int state_show(const StateOptions& options);
+int state_set(const StateOptions& options);
+int state_reset(const StateOptions& options);
 
 // The number of scans that the options ask for; 0 if they ask for none.
 std::uint64_t scans_of(const ScanOptions& options, Duration period);
