@@ -1,5 +1,4 @@
-// The clock of the tests: the test program's own gettimeofday, which the library calls. Each thread
-// has its own.
+// The clock of the tests: the test program's own gettimeofday, which the library calls.
 #pragma once
 
 #include <cstdint>
@@ -12,4 +11,7 @@ struct FakeClock {
   void set(double seconds) { microseconds = static_cast<std::int64_t>(seconds * 1e6 + 0.5); }
 };
 
-extern thread_local FakeClock fake_clock;
+extern FakeClock fake_clock;
+
+// From now on the calls of this thread read `clock`; nullptr: fake_clock again.
+void use_clock(FakeClock* clock);
