@@ -37,6 +37,9 @@ void add_scan(CLI::App& command, ScanOptions& options) {
           "end after this time: 10m, 1h30m, 1d")
       ->type_name("DURATION")
       ->excludes(cycles);
+  command.add_flag("--stats", options.stats, "print how long scans and blocks took");
+  command.add_option("--stats-json", options.stats_json, "write the same to this file as JSON")
+      ->type_name("FILE");
   command.add_option("--trace", options.trace, "record to this CSV file; - is standard output")
       ->type_name("FILE");
 }

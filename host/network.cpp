@@ -35,11 +35,17 @@ Network::Network(const Program& program, const std::string& state_dir, const Sig
   }
 }
 
-void Network::call_blocks() {
+void Network::call_blocks(std::vector<Histogram>* times) {
   std::size_t wire = 0;
-  for (const Call& call : calls_) {
+  std::uint64_t before = times != nullptr ? monotonic_ns() : 0;
+  for (std::size_t i = 0; i < calls_.size(); ++i) {
+    const Call& call = calls_[i];
     for (; wire < call.wires_end; ++wire) *wires_[wire].to = *wires_[wire].from;
     call.function(call.inputs, call.outputs);
+    if (times == nullptr) continue;
+    const std::uint64_t after = monotonic_ns();
+    (*times)[i].add(after - before);
+    before = after;
   }
 }
 

@@ -3,6 +3,7 @@
 #include <sched.h>
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -42,12 +43,16 @@ void enter_real_time(const Program& program) {
   }
 }
 
-ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans) {
+ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Figures* figures) {
   ScanCount count;
   const Nanoseconds start = monotonic_now();
   Nanoseconds deadline = start;
   while (!stop_requested()) {
     const auto elapsed = std::chrono::duration_cast<Duration>(deadline - start);
+    if (figures != nullptr) {
+      const Nanoseconds lateness = std::max(monotonic_now() - deadline, Nanoseconds::zero());
+      figures->jitter.add(static_cast<std::uint64_t>(lateness.count()));
+    }
     scan.step({.now = wall_clock(), .elapsed = elapsed});
     ++count.scans;
     deadline += period;
@@ -60,6 +65,10 @@ ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans) {
     }
     if (count.scans == scans) break;
     sleep_until(to_timespec(deadline));
+  }
+  if (figures != nullptr) {
+    figures->overruns = count.overruns;
+    figures->skipped = count.skipped;
   }
   return count;
 }

@@ -17,7 +17,9 @@ struct ScanCount {
 // Gives the process the priority and locks its memory as the program asks. Throws Failure.
 void enter_real_time(const Program& program);
 
-// Scans until a stop is requested or `scans` are done (0: no limit).
-ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans);
+// Scans until a stop is requested or `scans` are done (0: no limit). `figures` gets the jitter
+// and the overruns.
+ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans,
+                            Figures* figures = nullptr);
 
 }  // namespace scanhost

@@ -142,7 +142,8 @@ std::string block_markdown(const BlockInfo& block) {
       std::string("# ") + block.name + "\n\n" + block.title + " (" + block.family + ").\n";
   tabulate_pins(text, "Inputs", block.inputs, SCANBLOCKS_FIRST_VALUE);
   tabulate_pins(text, "Outputs", block.outputs, 0);
-  if (block.keys.empty()) return text + "\n## State file\n\nNone: the outputs follow from the inputs.\n";
+  if (block.keys.empty())
+    return text + "\n## State file\n\nNone: the outputs follow from the inputs.\n";
 
   text += "\n## State file\n\nIn `" + std::string(block.name) +
           "_GROUP_NAME.dat`, in this order.\n\n| Key | Written as | Unit | Meaning "

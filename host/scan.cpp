@@ -3,7 +3,9 @@
 namespace scanhost {
 
 Scan::Scan(const Program& program, const Setup& setup)
-    : signals_(program.signals), network_(program, setup.state_dir, signals_) {
+    : figures_(setup.figures),
+      signals_(program.signals),
+      network_(program, setup.state_dir, signals_) {
   if (!setup.trace.empty()) {
     std::vector<const double*> sources;
     for (const TraceSpec::Column& column : program.trace.columns)
@@ -18,8 +20,15 @@ Scan::Scan(const Program& program, const Setup& setup)
 }
 
 void Scan::step(const Moment& moment) {
+  if (figures_ == nullptr) return run(moment);
+  const std::uint64_t before = monotonic_ns();
+  run(moment);
+  figures_->scan.add(monotonic_ns() - before);
+}
+
+void Scan::run(const Moment& moment) {
   signals_.read(moment);
-  network_.call_blocks();
+  network_.call_blocks(figures_ != nullptr ? &figures_->blocks : nullptr);
   if (outputs_) outputs_->write();
   if (trace_) trace_->record(moment);
 }

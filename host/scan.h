@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "host/figures.h"
 #include "host/moment.h"
 #include "host/network.h"
 #include "host/outputs.h"
@@ -20,6 +21,7 @@ class Scan {
     bool write_outputs = true;
     std::string trace{};  // path; empty: none
     Trace::Flush flush = Trace::Flush::kEachRow;
+    Figures* figures = nullptr;  // gets the times of scans and blocks
   };
 
   // `program` outlives the scan; its functions are loaded. All memory is taken here.
@@ -30,6 +32,9 @@ class Scan {
   bool failed() const { return trace_ && trace_->failed(); }
 
  private:
+  void run(const Moment& moment);
+
+  Figures* figures_;
   Signals signals_;
   Network network_;
   std::optional<Trace> trace_;

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/figures.h"
 #include "host/time.h"
 
 namespace scanhost {
@@ -17,6 +19,8 @@ struct ScanOptions {
   std::string trace;                    // empty: as the program says
   std::optional<std::uint64_t> cycles;  // at most one of these two is set
   std::optional<Duration> length;
+  bool stats = false;
+  std::string stats_json;  // path; empty: none
 };
 
 struct SimulateOptions : ScanOptions {
@@ -48,6 +52,11 @@ int blocks(const BlocksOptions& options);
 int state_show(const StateOptions& options);
 int state_set(const StateOptions& options);
 int state_reset(const StateOptions& options);
+
+// Prints the figures to `stream` and writes them as JSON, as the options ask. Throws Failure if the
+// file cannot be written.
+void report_figures(const Figures& figures, const Program& program, const ScanOptions& options,
+                    std::FILE* stream);
 
 // The number of scans that the options ask for; 0 if they ask for none.
 std::uint64_t scans_of(const ScanOptions& options, Duration period);

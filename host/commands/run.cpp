@@ -1,6 +1,8 @@
 // scanhost run: scans in real time until stopped.
+#include <cerrno>
 #include <cinttypes>
 #include <cstdio>
+#include <cstring>
 
 #include "host/commands/commands.h"
 #include "host/library.h"
@@ -17,6 +19,16 @@ std::uint64_t scans_of(const ScanOptions& options, Duration period) {
   return static_cast<std::uint64_t>((*options.length + period - Duration(1)) / period);
 }
 
+void report_figures(const Figures& figures, const Program& program, const ScanOptions& options,
+                    std::FILE* stream) {
+  if (options.stats) std::fputs(figures_table(figures, program).c_str(), stream);
+  if (options.stats_json.empty()) return;
+  std::FILE* file = std::fopen(options.stats_json.c_str(), "w");
+  bool written = file != nullptr && std::fputs(figures_json(figures, program).c_str(), file) >= 0;
+  if (file != nullptr) written = std::fclose(file) == 0 && written;
+  if (!written) throw Failure(options.stats_json + ": " + std::strerror(errno));
+}
+
 int run(const ScanOptions& options) {
   Program program = read_program(options.program);
   load_functions(program, options.library);
@@ -25,17 +37,21 @@ int run(const ScanOptions& options) {
 
   catch_stop_signals();
   ScanCount count;
+  std::optional<Figures> figures;
+  if (options.stats || !options.stats_json.empty()) figures.emplace(program);
+  Figures* const kept = figures ? &*figures : nullptr;
   bool failed = false;
   {
-    Scan scan(program, {.state_dir = state.path(), .trace = trace});
+    Scan scan(program, {.state_dir = state.path(), .trace = trace, .figures = kept});
     enter_real_time(program);
-    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan));
+    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan), kept);
     failed = scan.failed();
   }
   std::fprintf(trace == "-" ? stderr : stdout,
                "%s: %" PRIu64 " scans of %s, %" PRIu64 " overruns, %" PRIu64 " deadlines skipped\n",
                program.name.c_str(), count.scans, format_duration(program.scan).c_str(),
                count.overruns, count.skipped);
+  if (figures) report_figures(*figures, program, options, trace == "-" ? stderr : stdout);
   return failed ? 1 : 0;
 }
 

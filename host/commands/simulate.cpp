@@ -6,6 +6,7 @@
 #include "host/clock.h"
 #include "host/commands/commands.h"
 #include "host/library.h"
+#include "host/progress.h"
 #include "host/scan.h"
 #include "host/state_dir.h"
 #include "host/stop.h"
@@ -59,19 +60,25 @@ int simulate(const SimulateOptions& options) {
   catch_stop_signals();
   std::uint64_t done = 0;
   bool failed = false;
+  std::optional<Figures> figures;
+  if (options.stats || !options.stats_json.empty()) figures.emplace(program);
   {
     Scan scan(program, {.state_dir = state.path(),
                         .write_outputs = options.write_outputs,
                         .trace = trace,
-                        .flush = Trace::Flush::kWhenFull});
+                        .flush = Trace::Flush::kWhenFull,
+                        .figures = figures ? &*figures : nullptr});
+    Progress progress(scans);
     for (Duration elapsed{}; done < scans && !stop_requested(); ++done, elapsed += program.scan) {
       set_simulated_clock(start + elapsed);
       scan.step({.now = start + elapsed, .elapsed = elapsed});
+      progress.show(done);
     }
     failed = scan.failed();
   }
   std::fprintf(trace == "-" ? stderr : stdout, "%s: %" PRIu64 " scans of %s in simulated time\n",
                program.name.c_str(), done, format_duration(program.scan).c_str());
+  if (figures) report_figures(*figures, program, options, trace == "-" ? stderr : stdout);
   return failed ? 1 : 0;
 }
 
