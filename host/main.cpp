@@ -83,6 +83,17 @@ void add_simulate(CLI::App& app, SimulateOptions& options, int& status) {
   command->callback([&] { status = simulate(options); });
 }
 
+void add_test(CLI::App& app, TestOptions& options, int& status) {
+  CLI::App* command =
+      app.add_subcommand("test", "hold a program against its own [[expect]] tables");
+  add_program(*command, options);
+  add_time(*command, "--start", options.start,
+           "simulated time of the first scan; default: start of [test], else where the recorded "
+           "values begin, else 2024");
+  command->add_option("--junit", options.junit, "write a JUnit report")->type_name("FILE");
+  command->callback([&] { status = test(options); });
+}
+
 void add_check(CLI::App& app, ScanOptions& options, int& status) {
   CLI::App* command = app.add_subcommand("check", "read and wire a program, call nothing");
   add_program(*command, options);
@@ -141,11 +152,13 @@ int main(int argc, char** argv) {
   int status = 0;
   ScanOptions run_options;
   SimulateOptions simulate_options;
+  TestOptions test_options;
   ScanOptions check_options;
   BlocksOptions blocks_options;
   StateOptions state_options;
   add_run(app, run_options, status);
   add_simulate(app, simulate_options, status);
+  add_test(app, test_options, status);
   add_check(app, check_options, status);
   add_blocks(app, blocks_options, status);
   add_state(app, state_options, status);

@@ -74,6 +74,22 @@ struct TraceSpec {
   std::string path{};  // empty: none named
 };
 
+// What the pins must be after the first scan at or behind `after`.
+struct Expectation {
+  struct Wanted {
+    std::string name{};
+    Source from{};
+    Position at{};
+    double min = 0.0;
+    double max = 0.0;
+    std::string text{};  // the same for messages
+  };
+  Position at{};
+  Duration after{};  // since the first scan
+  std::string name{};
+  std::vector<Wanted> values{};
+};
+
 struct Program {
   std::string path{};
   std::string name{};
@@ -86,6 +102,8 @@ struct Program {
   std::vector<BlockSpec> blocks{};  // in the order of their calls
   std::vector<OutputSpec> outputs{};
   TraceSpec trace;
+  std::optional<Time> test_start{};
+  std::vector<Expectation> expectations{};
 };
 
 // Reads and checks a program. Throws Rejection with every problem found.

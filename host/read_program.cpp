@@ -1,8 +1,10 @@
-// Reads a control program: [program], [signals], [[block]], [outputs], [trace].
+// Reads a control program: [program], [signals], [[block]], [outputs], [trace];
+// expectations.h reads [test] and [[expect]].
 #include <algorithm>
 #include <filesystem>
 
 #include "host/document.h"
+#include "host/expectations.h"
 #include "host/program.h"
 #include "host/section.h"
 #include "host/wiring.h"
@@ -40,6 +42,7 @@ class ProgramReader {
     if (const Value* table = top.table("outputs"))
       for (const Entry& entry : table->entries) read_output(entry);
     read_trace(top.table("trace"));
+    read_expectations(top, group_, program_, problems_);
     if (const Entry* types = top.find("types"))
       problems_.add(types->at, "blocks of other libraries cannot be declared",
                     "use the types that 'scanhost blocks' lists");

@@ -29,6 +29,9 @@ class Scan {
 
   void step(const Moment& moment);
 
+  // Where the value stands, as after the last step.
+  const double* value(const Source& source) const { return network_.value(source); }
+
   bool failed() const { return trace_ && trace_->failed(); }
 
  private:

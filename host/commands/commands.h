@@ -29,6 +29,11 @@ struct SimulateOptions : ScanOptions {
   bool write_outputs = false;
 };
 
+struct TestOptions : ScanOptions {
+  std::optional<Time> start;
+  std::string junit;  // path; empty: none
+};
+
 struct BlocksOptions {
   std::string name;  // empty: all
   bool markdown = false;
@@ -47,6 +52,7 @@ struct StateOptions {
 
 int run(const ScanOptions& options);
 int simulate(const SimulateOptions& options);
+int test(const TestOptions& options);
 int check(const ScanOptions& options);
 int blocks(const BlocksOptions& options);
 int state_show(const StateOptions& options);
@@ -57,6 +63,9 @@ int state_reset(const StateOptions& options);
 // file cannot be written.
 void report_figures(const Figures& figures, const Program& program, const ScanOptions& options,
                     std::FILE* stream);
+
+// Where the recorded values with a date begin; nothing if none have one.
+std::optional<Time> recorded_start(const Program& program);
 
 // The number of scans that the options ask for; 0 if they ask for none.
 std::uint64_t scans_of(const ScanOptions& options, Duration period);

@@ -12,17 +12,22 @@
 #include "host/stop.h"
 
 namespace scanhost {
-namespace {
 
-// Without --start: where the recorded values begin; the present second if none have a date.
-Time default_start(const Program& program) {
+std::optional<Time> recorded_start(const Program& program) {
   std::optional<Time> start;
   for (const SignalSpec& signal : program.signals)
     if (signal.series.by_clock) {
       const Time first(signal.series.times.front());
       start = start ? std::min(*start, first) : first;
     }
-  return start.value_or(std::chrono::floor<std::chrono::seconds>(wall_clock()));
+  return start;
+}
+
+namespace {
+
+// Without --start: where the recorded values begin; the present second if none have a date.
+Time default_start(const Program& program) {
+  return recorded_start(program).value_or(std::chrono::floor<std::chrono::seconds>(wall_clock()));
 }
 
 // Without --for and --cycles: to the last recorded value; 0 if none are recorded.
