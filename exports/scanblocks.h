@@ -25,7 +25,7 @@
  *               StateDir "/" block "_" GroupTag "_" InstanceTag ".dat"
  *           read at the start of each call and overwritten before its end. The directory must
  *           exist. Two instances are the same instance if block and all three texts are equal.
- *           Without a writable directory a block still computes, each time as on its first call.
+ *           Where no file can be made a block still computes, each time as on its first call.
  * Threads   Different instances may be called from different threads at the same time. One
  *           instance must not be called twice at the same time. The probes ReadFreeRAM and
  *           ReadFreeSD use fixed file names: one call at a time in the whole system.

@@ -6,7 +6,7 @@
 #include <stdint.h>
 
 /*
- * Inputs and outputs are arrays of Pin without gaps: pin k starts at byte 80 * k. The host owns
+ * Inputs and outputs are arrays of Pin, 80 bytes from one pin to the next. The host owns
  * both arrays. A block reads Text of the inputs 0 to 4 and Value of the inputs from 5 on, and
  * writes Value of its outputs; it never touches Header, nor Text of an output.
  */

@@ -3,8 +3,9 @@
 //   AlmQ   raised, according to Mode, when
 //          0 off-time      InSignal has stayed at 0 for WatchSec or more
 //          1 on-time       InSignal has stayed at 1 for WatchSec or more
-//          2 cycle count   a period of WatchSec ends and CycleLimit or more rising edges are
-//          counted any other       never
+//          2 cycle count   a period of WatchSec ends with a count of CycleLimit or more edges
+//
+//          and for any other Mode never
 //
 // Levels count from two calls on: the call of the edge never raises the alarm. InSignal other than
 // 0 and 1 is no level. Time is whole seconds of the clock against WatchSec with its fraction: 2.5

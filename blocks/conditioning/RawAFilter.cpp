@@ -4,9 +4,9 @@
 //
 // The input is passed on when it lies at least DeadBand away from the output of the previous call;
 // a change of exactly the dead band passes, and a dead band of 0 or below passes everything. The
-// output of a new instance and of a disabled call is 0. So on the first enabled call after a
-// disabled one an input near 0 is held back, and Q is the last value passed on before; from the
-// next call on the input is compared with that value. An input that is not a number never passes.
+// output of a new instance and of a disabled call is 0. After a pause, therefore, an
+// input near 0 is held back for one call, and Q is the last value passed on before; from the next
+// call on the input is compared with that value. An input that is not a number never passes.
 //
 // The block counts in single precision: Q has about seven digits, 0.1 comes out as 0.100000001.
 #include "frame/block.h"

@@ -5,8 +5,8 @@
 //
 // A jump of JumpLimit or more from the last good value starts a hold of more than 5 whole seconds.
 // While it runs, Q stays whatever the input does. After it, an input back within JumpLimit of the
-// last good value is accepted; otherwise the next hold begins. A lasting step is therefore held for
-// as long as it lasts. A JumpLimit of 0 or below accepts nothing.
+// last good value is accepted; otherwise the next hold begins, so that a step of the
+// signal that stays never comes through. A JumpLimit of 0 or below accepts nothing.
 //
 // A new instance takes its first input as good, and while passing, a good value of exactly 0 counts
 // as none: any input is accepted then, also right after the signal was at 0. A call while disabled

@@ -1,8 +1,7 @@
 // Double2int: a double split into four 16-bit words.
 //
-//   Word1 to Word4   the quarters of the 64 bits from the lowest on, each 0 to 65535; Word4 has
-//   sign,
-//                    exponent and the top of the fraction
+//   Word1 to Word4   the quarters of the 64 bits from the lowest on, each 0 to 65535; sign,
+//                    exponent and the top of the fraction are in Word4
 //
 // Word1 being the first of four registers, the least significant register comes first (GHEFCDAB);
 // for ABCDEFGH wire the registers in reverse. Every pattern is split as it is, NaNs and -0.0 too.

@@ -1,8 +1,7 @@
 // byte2Float: four bytes packed into a single-precision number.
 //
-//   Packed   the float of the 32 bits, Byte1 the lowest and Byte4 the highest byte; with Swap the
-//   two
-//            bytes of each half change places
+//   Packed   the float of the 32 bits, Byte1 the lowest and Byte4 the highest byte; with Swap
+//            the two bytes of each half change places
 //
 // Byte1 being the first byte of a message, Swap off reads the order DCBA and Swap on CDAB; with the
 // bytes wired in reverse, Swap off reads ABCD and Swap on BADC. Swap is on for exactly 1.0 only.

@@ -2,9 +2,8 @@
 // feedback.
 //
 //   CMD        run command: 1 from a start on, while starting and running
-//   StartAlm   1 once a start was not confirmed in time, until a later start or stop is confirmed,
-//   a
-//              stop fails, a reset, or Enable or Permit goes
+//   StartAlm   1 once a start was not confirmed in time, until the feedback confirms another start
+//              or stop, a stop fails, Reset rises, or Enable or Permit goes
 //   StopAlm    the same for a stop
 //   State      0 stopped, 1 starting, 2 running, 5 start failed, 10 stopping, 15 stop failed,
 //              100 dropped by Inhibit

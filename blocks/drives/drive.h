@@ -44,7 +44,7 @@ inline constexpr StateName drive_states[] = {
     {kStarting, "starting", "started, waiting for the feedback"},
     {kRunning, "running", "the feedback confirmed the start; it is no longer looked at"},
     {kStartFailed, "start failed", "no feedback in time: StartAlm, and the start is taken back"},
-    {kStopping, "stopping", "stopped, waiting for the feedback to go away"},
+    {kStopping, "stopping", "stopped, until the feedback is gone as well"},
     {kStopFailed, "stop failed", "the feedback stayed: StopAlm, and no command any more"},
     {kDropped, "dropped", "was running when Inhibit came; waits for a new start or stop"},
 };
