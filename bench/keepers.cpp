@@ -11,7 +11,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <vector>
 
 #include "frame/clock.h"
 #include "frame/state_file.h"
@@ -64,12 +63,14 @@ BlockFunction function_of(const scanblocks::BlockInfo& block) {
 Instance::Instance(const scanblocks::BlockInfo& block, const std::filesystem::path& directory,
                    const std::string& tag)
     : function_(function_of(block)),
-      file_(directory / (std::string(block.name) + "_Bench_" + tag + ".dat")) {
+      file_(directory / (std::string(block.name) + "_Bench_" + tag + ".dat")),
+      outputs_(block.outputs.size()) {
   for (auto& pins : inputs_) {
+    pins.resize(SCANBLOCKS_FIRST_VALUE + block.inputs.size());
     set_inputs(block, &pins == &inputs_[1], pins);
-    std::snprintf(pins[SCANBLOCKS_STATE_DIR].Text, sizeof pins->Text, "%s", directory.c_str());
-    std::snprintf(pins[SCANBLOCKS_GROUP_TAG].Text, sizeof pins->Text, "Bench");
-    std::snprintf(pins[SCANBLOCKS_INSTANCE_TAG].Text, sizeof pins->Text, "%s", tag.c_str());
+    std::snprintf(pins[SCANBLOCKS_STATE_DIR].Text, sizeof(Pin::Text), "%s", directory.c_str());
+    std::snprintf(pins[SCANBLOCKS_GROUP_TAG].Text, sizeof(Pin::Text), "Bench");
+    std::snprintf(pins[SCANBLOCKS_INSTANCE_TAG].Text, sizeof(Pin::Text), "%s", tag.c_str());
   }
   if (block.keys.empty()) return;
   write_file(file_, worn_in(block));
@@ -78,7 +79,7 @@ Instance::Instance(const scanblocks::BlockInfo& block, const std::filesystem::pa
 }
 
 void Instance::call(int count) {
-  for (; count > 0; --count) function_(inputs_[calls_++ % 2], outputs_);
+  for (; count > 0; --count) function_(inputs_[calls_++ % 2].data(), outputs_.data());
 }
 
 std::string Instance::bytes() const {

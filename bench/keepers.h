@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "bench/settings.h"
 
@@ -23,12 +24,11 @@ class Instance {
   std::string bytes() const;
 
  private:
-  static constexpr std::size_t kPins = 32;
   BlockFunction function_;
   std::filesystem::path file_;
   unsigned calls_ = 0;
-  Pin inputs_[2][kPins] = {};  // of even and of odd calls
-  Pin outputs_[kPins] = {};
+  std::vector<Pin> inputs_[2];  // of even and of odd calls
+  std::vector<Pin> outputs_;
 };
 
 // open, read, pwrite, close.

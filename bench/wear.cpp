@@ -18,20 +18,17 @@ namespace {
 constexpr int kCalls = 1000;
 constexpr auto kPeriod = std::chrono::milliseconds(10);
 
-struct Written {
-  double dirtied = 0;  // bytes of pages that this process made dirty
-  double device = 0;   // bytes that the device has written, for whomever
-};
-
-double from_proc_io(const std::string& wanted) {
+// Bytes of pages that this process has made dirty.
+double dirtied() {
   std::ifstream stream("/proc/self/io");
   std::string name;
   for (double value = 0; stream >> name >> value;)
-    if (name == wanted + ":") return value;
+    if (name == "write_bytes:") return value;
   return 0;
 }
 
-Written written(const std::filesystem::path& directory) {
+// Bytes that the device has written, for whomever, once all is written back.
+double written(const std::filesystem::path& directory) {
   const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   syncfs(file);
   struct stat status {};
@@ -41,21 +38,21 @@ Written written(const std::filesystem::path& directory) {
                        std::to_string(minor(status.st_dev)) + "/stat");
   double sectors = 0;  // the seventh figure
   for (int i = 0; i < 7; ++i) stream >> sectors;
-  return {from_proc_io("write_bytes"), sectors * 512};
+  return sectors * 512;
 }
 
 // One iteration is 1,000 calls at a scan of 10 ms. Counters: bytes per 1,000 calls.
 void wear(benchmark::State& state, const Place& place, const std::function<void(int)>& run) {
   for (auto _ : state) {
-    const Written before = written(place.directory);
+    const double written_before = written(place.directory);
+    const double dirtied_before = dirtied();  // not in between: writing back dirties, too
     auto next = std::chrono::steady_clock::now();
     for (int i = 0; i < kCalls; ++i) {
       run(1);
       std::this_thread::sleep_until(next += kPeriod);
     }
-    const Written after = written(place.directory);
-    state.counters["dirtied"] = after.dirtied - before.dirtied;
-    state.counters["device"] = after.device - before.device;
+    state.counters["dirtied"] = dirtied() - dirtied_before;
+    state.counters["device"] = written(place.directory) - written_before;
   }
 }
 

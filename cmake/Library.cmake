@@ -17,6 +17,8 @@ target_compile_options(scanblocks_objects PRIVATE
   -fno-exceptions -fno-rtti -fno-threadsafe-statics
   -fvisibility=hidden -fvisibility-inlines-hidden
   -ffp-contract=off -ffunction-sections -fdata-sections
+  # A call runs with the branch history of the kernel: plain branches beat tables of addresses.
+  -fno-jump-tables -fno-semantic-interposition
   -fno-asynchronous-unwind-tables -fno-unwind-tables)
 
 # names.def -> version script

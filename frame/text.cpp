@@ -37,13 +37,17 @@ void put_padded(std::uint32_t value, char* text, std::size_t count) {
 
 // Writes the decimal digits of value and returns how many (1 to 20).
 std::size_t put_digits(std::uint64_t value, char* text) {
+  if (value < 10) {  // flags, states, and most counts
+    *text = static_cast<char>('0' + value);
+    return 1;
+  }
   if (value > UINT32_MAX) {  // 32-bit division is much cheaper on the target
     const std::size_t count = put_digits(value / kNineDigits, text);
     put_padded(static_cast<std::uint32_t>(value % kNineDigits), text + count, 9);
     return count + 9;
   }
   const auto low = static_cast<std::uint32_t>(value);
-  std::size_t count = 1;
+  std::size_t count = 2;
   while (count < 10 && low >= kPowers[count]) ++count;
   put_padded(low, text, count);
   return count;
@@ -219,6 +223,7 @@ std::int64_t parse_int64(const char* text) {
 }
 
 std::int32_t parse_int32(const char* text) {
+  if (is_digit(text[0]) && text[1] == '\0') return text[0] - '0';
   const std::int64_t number = parse_int64(text);
   if (number > INT32_MAX) return INT32_MAX;
   if (number < INT32_MIN) return INT32_MIN;
