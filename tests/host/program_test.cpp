@@ -134,7 +134,8 @@ TEST(Reference, ComesFromTheTables) {
   }
   const std::string page = host.run("blocks PID --markdown").out;
   EXPECT_NE(page.find("| 9 | `Ki` | number | 1/s | gain of the integral |\n"), std::string::npos);
-  EXPECT_NE(page.find("| `pidQ` | number, six decimals |  | Q of this call; not read back |\n"), std::string::npos);
+  EXPECT_NE(page.find("| `pidQ` | number, six decimals |  | Q of this call; not read back |\n"),
+            std::string::npos);
   const std::string text = host.run("blocks Drive1").out;
   EXPECT_NE(text.find("\nstates\n  "), std::string::npos) << text;
 }
