@@ -279,7 +279,7 @@ std::string write_state(const std::string& path, const std::string& assignment, 
                     suggest(key, names, "'scanhost blocks' lists them") + "\n");
   if (field->mark == scanblocks::Mark::kWriteOnly)
     throw Rejection("scanhost: the block never reads " + key + " back; it sets it in every call\n");
-  const std::string value = encode(*block, *field, assignment.substr(equals + 1), now);
+  std::string value = encode(*block, *field, assignment.substr(equals + 1), now);
 
   const std::string bytes = read_bytes(path);
   std::size_t place = bytes.size() / kRecordSize * kRecordSize;  // behind the last whole record
