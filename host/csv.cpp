@@ -33,6 +33,13 @@ std::vector<std::string_view> split(std::string_view line) {
   }
 }
 
+std::vector<std::string> names_in(std::string_view header) {
+  if (header.starts_with("\xEF\xBB\xBF")) header.remove_prefix(3);
+  std::vector<std::string> names;
+  for (const std::string_view name : split(header)) names.emplace_back(name);
+  return names;
+}
+
 class SeriesReader {
  public:
   SeriesReader(const std::string& path, const std::string& column, Position at, Problems& problems)
@@ -65,9 +72,7 @@ class SeriesReader {
   }
 
   bool find_column(std::string_view header) {
-    if (header.starts_with("\xEF\xBB\xBF")) header.remove_prefix(3);
-    std::vector<std::string> names;
-    for (const std::string_view name : split(header)) names.emplace_back(name);
+    std::vector<std::string> names = names_in(header);
     if (names.size() < 2) {
       report("the header names no column beside the time",
              "separate the columns by commas: time,value");
@@ -144,6 +149,21 @@ class SeriesReader {
 };
 
 }  // namespace
+
+std::vector<std::string> read_columns(const std::string& path, Problems& problems) {
+  std::ifstream stream(path);
+  std::string line;
+  if (!std::getline(stream, line)) {
+    problems.add({},
+                 stream.is_open() ? "there is no header line"
+                                  : std::string("cannot be read: ") + std::strerror(errno),
+                 "give a CSV file whose first line names the columns");
+    return {};
+  }
+  std::vector<std::string> names = names_in(line);
+  names.erase(names.begin());
+  return names;
+}
 
 Series read_series(const std::string& path, const std::string& column, Position at,
                    Problems& problems) {

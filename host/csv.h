@@ -20,6 +20,9 @@ struct Series {
   std::vector<double> values;   // NaN for an empty field
 };
 
+// The names of the columns beside the time. A file that cannot be read is a problem of itself.
+std::vector<std::string> read_columns(const std::string& path, Problems& problems);
+
 // Reads the column named `column`; an empty name takes the one column beside the time. Problems
 // with the file itself are reported at `at` of the program, those inside it at their own lines.
 Series read_series(const std::string& path, const std::string& column, Position at,

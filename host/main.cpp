@@ -94,6 +94,21 @@ void add_test(CLI::App& app, TestOptions& options, int& status) {
   command->callback([&] { status = test(options); });
 }
 
+void add_replay(CLI::App& app, ReplayOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand(
+      "replay",
+      "drive a program with the signals of a trace, compare its pins with the recorded ones");
+  command->add_option("TRACE", options.recording, "trace (CSV)")->required();
+  add_program(*command, options);
+  command->add_option("--state", options.state, "begin with a copy of these state files")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory);
+  command
+      ->add_option("--tolerance", options.tolerance, "let values differ by this much; default: 0")
+      ->check(CLI::NonNegativeNumber);
+  command->callback([&] { status = replay(options); });
+}
+
 void add_check(CLI::App& app, ScanOptions& options, int& status) {
   CLI::App* command = app.add_subcommand("check", "read and wire a program, call nothing");
   add_program(*command, options);
@@ -153,12 +168,14 @@ int main(int argc, char** argv) {
   ScanOptions run_options;
   SimulateOptions simulate_options;
   TestOptions test_options;
+  ReplayOptions replay_options;
   ScanOptions check_options;
   BlocksOptions blocks_options;
   StateOptions state_options;
   add_run(app, run_options, status);
   add_simulate(app, simulate_options, status);
   add_test(app, test_options, status);
+  add_replay(app, replay_options, status);
   add_check(app, check_options, status);
   add_blocks(app, blocks_options, status);
   add_state(app, state_options, status);

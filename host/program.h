@@ -93,6 +93,7 @@ struct Expectation {
 struct Program {
   std::string path{};
   std::string name{};
+  std::string group{};  // of blocks that name none
   Duration scan{};
   std::string state_dir{};
   int priority = 0;  // SCHED_FIFO; 0: the usual scheduling

@@ -67,6 +67,7 @@ class ProgramReader {
                         " characters, blocks take at most " + std::to_string(kMaxText),
                     "give a shorter path, for instance by a symbolic link, or start scanhost "
                     "nearer to the program");
+    program_.group = group_;
     program_.priority = static_cast<int>(section.integer("priority", 1, 99).value_or(0));
     program_.lock_memory = section.flag("lock_memory").value_or(false);
     section.finish();

@@ -34,6 +34,12 @@ struct TestOptions : ScanOptions {
   std::string junit;  // path; empty: none
 };
 
+struct ReplayOptions : ScanOptions {
+  std::string recording;  // CSV
+  std::string state;      // directory of the state to begin with; empty: none
+  double tolerance = 0.0;
+};
+
 struct BlocksOptions {
   std::string name;  // empty: all
   bool markdown = false;
@@ -53,6 +59,7 @@ struct StateOptions {
 int run(const ScanOptions& options);
 int simulate(const SimulateOptions& options);
 int test(const TestOptions& options);
+int replay(const ReplayOptions& options);
 int check(const ScanOptions& options);
 int blocks(const BlocksOptions& options);
 int state_show(const StateOptions& options);
