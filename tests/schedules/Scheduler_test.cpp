@@ -138,6 +138,7 @@ TEST(Scheduler, TakesAStepOfTheClockForTimeOfThePulse) {
     299    | 1   1    18    | 1700000000  13
     36000  | 0   0    13    | 1700000000  13     set forward, or switched off for ten hours
   )");
+  if (sizeof(time_t) == 4) return;  // the time below is beyond its end
   rig.write_records({{"TmpTime", "2200000000"}, {"State", "1"}});
   trace(rig, R"(
     utc                 | Q State | TmpTime
