@@ -6,6 +6,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <fstream>
@@ -28,7 +29,11 @@ double utc(const std::string& text) {
   tm parts{};
   const char* end = strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &parts);
   EXPECT_TRUE(end != nullptr && *end == '\0') << text << " is no YYYY-MM-DDThh:mm:ss";
-  return static_cast<double>(timegm(&parts));
+  // timegm ends in 2038 on 32-bit machines.
+  using namespace std::chrono;
+  const auto day = year(parts.tm_year + 1900) / (parts.tm_mon + 1) / parts.tm_mday;
+  return static_cast<double>(sys_days(day).time_since_epoch().count()) * 86400.0 +
+         parts.tm_hour * 3600 + parts.tm_min * 60 + parts.tm_sec;
 }
 
 TimeZone::TimeZone(const char* zone) { setenv("TZ", zone, 1); }
