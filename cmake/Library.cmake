@@ -21,6 +21,11 @@ target_compile_options(scanblocks_objects PRIVATE
   -fno-jump-tables -fno-semantic-interposition
   -fno-asynchronous-unwind-tables -fno-unwind-tables)
 
+option(SCANBLOCKS_SMALL_BLOCKS "Optimise the blocks for size, the frame as the build type says" OFF)
+if(SCANBLOCKS_SMALL_BLOCKS)
+  set_source_files_properties(${SCANBLOCKS_BLOCK_SOURCES} PROPERTIES COMPILE_OPTIONS -Os)
+endif()
+
 # names.def -> version script
 file(STRINGS exports/names.def name_lines REGEX "_NAME\\(")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS exports/names.def)
@@ -43,7 +48,7 @@ target_include_directories(scanblocks INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/exports> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame>)
 target_link_options(scanblocks PRIVATE
   -static-libgcc -Wl,--as-needed -Wl,--gc-sections -Wl,-O1 -Wl,-z,relro -Wl,-z,noexecstack
-  -Wl,--version-script=${version_script})
+  -Wl,--version-script=${version_script} -Wl,-Map=${PROJECT_BINARY_DIR}/scanblocks.link)
 
 # The catalogue for the host and the tests: the same objects, read as tables.
 add_library(scanblocks_catalogue STATIC exports/catalogue.cpp)

@@ -11,6 +11,7 @@ set(CMAKE_CXX_FLAGS_INIT "${target_flags} -Wno-psabi")
 # Storage and cache are small there: a tenth less code than with -O3.
 set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of release builds")
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of release builds")
+set(SCANBLOCKS_SMALL_BLOCKS ON CACHE BOOL "Optimise the blocks for size")
 
 set(CMAKE_FIND_ROOT_PATH /usr/arm-linux-gnueabi)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
