@@ -20,6 +20,7 @@ install(FILES ${PROJECT_BINARY_DIR}/scanblocks-config-version.cmake
 # Relative to its own place, so that an installation can be moved.
 file(RELATIVE_PATH pc_to_prefix
   /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
+string(REGEX REPLACE "/$" "" pc_to_prefix ${pc_to_prefix})
 configure_file(cmake/scanblocks.pc.in ${PROJECT_BINARY_DIR}/scanblocks.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/scanblocks.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
