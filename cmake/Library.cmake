@@ -26,6 +26,15 @@ if(SCANBLOCKS_SMALL_BLOCKS)
   set_source_files_properties(${SCANBLOCKS_BLOCK_SOURCES} PROPERTIES COMPILE_OPTIONS -Os)
 endif()
 
+# The public headers, to be included as installed: <scanblocks/scanblocks.h>.
+foreach(header exports/scanblocks.h frame/pin.h)
+  cmake_path(GET header FILENAME name)
+  configure_file(${header} ${PROJECT_BINARY_DIR}/include/scanblocks/${name} COPYONLY)
+endforeach()
+add_library(scanblocks_headers INTERFACE)
+add_library(scanblocks::headers ALIAS scanblocks_headers)
+target_include_directories(scanblocks_headers INTERFACE ${PROJECT_BINARY_DIR}/include)
+
 # names.def -> version script
 file(STRINGS exports/names.def name_lines REGEX "_NAME\\(")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS exports/names.def)

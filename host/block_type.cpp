@@ -27,6 +27,7 @@ std::optional<BlockType> catalogue_type(std::string_view name) {
       .outputs = name_pins(block->outputs, 0),
       .input_pins = static_cast<unsigned>(SCANBLOCKS_FIRST_VALUE + block->inputs.size()),
       .output_pins = static_cast<unsigned>(block->outputs.size()),
+      .at = {},
   };
 }
 

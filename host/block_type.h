@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/pin.h"
+#include "host/problems.h"
 
 namespace scanhost {
 
@@ -25,6 +26,7 @@ struct BlockType {
   std::vector<PinName> outputs;
   unsigned input_pins;  // sizes of the arrays of a call
   unsigned output_pins;
+  Position at{};                     // of the library in the program; of foreign types only
   BlockFunction function = nullptr;  // set by load_functions (library.h)
 };
 

@@ -16,6 +16,19 @@ void* open_library(const std::string& path) {
   return library;
 }
 
+// The function of a type that the program declares; what is missing is reported at its library.
+void* find_declared(const BlockType& type, Problems& problems) {
+  void* library = dlopen(type.library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* symbol = library == nullptr ? nullptr : dlsym(library, type.symbol.c_str());
+  if (library == nullptr)
+    problems.add(type.at, dlerror(),
+                 "put the library beside the program, or its directory into LD_LIBRARY_PATH");
+  else if (symbol == nullptr)
+    problems.add(type.at, "the library has no function '" + type.symbol + "'",
+                 "name the exported one: symbol = \"...\"");
+  return symbol;
+}
+
 void* open_scanblocks(const std::string& path) {
   // Without a slash dlopen would search the system's directories.
   if (!path.empty()) return open_library(path.find('/') == path.npos ? "./" + path : path);
@@ -39,18 +52,19 @@ void* open_scanblocks(const std::string& path) {
 
 void load_functions(Program& program, const std::string& path) {
   void* scanblocks = nullptr;
+  Problems problems(program.path);
   for (auto& [name, type] : program.types) {
-    void* library = nullptr;
+    void* symbol = nullptr;
     if (type.library.empty()) {
       if (scanblocks == nullptr) scanblocks = open_scanblocks(path);
-      library = scanblocks;
+      symbol = dlsym(scanblocks, type.symbol.c_str());
+      if (symbol == nullptr) throw Failure(std::string(dlerror()) + "; load a library that has it");
     } else {
-      library = open_library(type.library);
+      symbol = find_declared(type, problems);
     }
-    void* symbol = dlsym(library, type.symbol.c_str());
-    if (symbol == nullptr) throw Failure(std::string(dlerror()) + "; load a library that has it");
     type.function = reinterpret_cast<BlockFunction>(symbol);
   }
+  if (!problems.empty()) throw Rejection(problems.text());
 }
 
 }  // namespace scanhost

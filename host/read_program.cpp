@@ -1,5 +1,5 @@
 // Reads a control program: [program], [signals], [[block]], [outputs], [trace];
-// expectations.h reads [test] and [[expect]].
+// types.h reads [types], expectations.h reads [test] and [[expect]].
 #include <algorithm>
 #include <filesystem>
 
@@ -7,6 +7,7 @@
 #include "host/expectations.h"
 #include "host/program.h"
 #include "host/section.h"
+#include "host/types.h"
 #include "host/wiring.h"
 
 namespace scanhost {
@@ -33,6 +34,7 @@ class ProgramReader {
     if (const Value* table = top.table("program")) read_general(*table, top.entry("program").at);
     if (const Value* table = top.table("signals"))
       for (const Entry& entry : table->entries) read_signal(entry);
+    declared_ = read_types(top, program_.path, problems_);
     if (const Value* list = top.list("block"))
       for (const Value& block : list->items) read_block(block);
     check_state_files();
@@ -43,9 +45,6 @@ class ProgramReader {
       for (const Entry& entry : table->entries) read_output(entry);
     read_trace(top.table("trace"));
     read_expectations(top, group_, program_, problems_);
-    if (const Entry* types = top.find("types"))
-      problems_.add(types->at, "blocks of other libraries cannot be declared",
-                    "use the types that 'scanhost blocks' lists");
     top.finish();
   }
 
@@ -165,8 +164,12 @@ class ProgramReader {
       return &found->second;
     if (auto type = catalogue_type(name))
       return &program_.types.emplace(name, std::move(*type)).first->second;
+    if (const auto found = declared_.find(name); found != declared_.end())
+      return &program_.types.emplace(*found).first->second;
+    std::vector<std::string> names = catalogue_names();
+    for (const auto& [declared, type] : declared_) names.push_back(declared);
     problems_.add(at, "there is no block type '" + name + "'",
-                  suggest(name, catalogue_names(), "'scanhost blocks' lists them"));
+                  suggest(name, names, "'scanhost blocks' lists them, [types.NAME] declares one"));
     return nullptr;
   }
 
@@ -193,7 +196,9 @@ class ProgramReader {
       if (!pin)
         problems_.add(entry.at, block.type->name + " has no input '" + entry.key + "'",
                       suggest(entry.key, names_of(block.type->inputs),
-                              "'scanhost blocks " + block.type->name + "' lists them"));
+                              block.type->library.empty()
+                                  ? "'scanhost blocks " + block.type->name + "' lists them"
+                                  : "[types." + block.type->name + "] lists them"));
       else if (value.is_number())
         block.constants.push_back({*pin, value.number});
       else if (!value.is_text())
@@ -243,6 +248,7 @@ class ProgramReader {
       record = section.list("record");
       trace.every = section.duration("every").value_or(program_.scan);
       if (const auto file = section.text("file")) trace.path = beside_program(*file);
+      if (const Value* units = section.table("units")) check_units(*units, record);
       section.finish();
     }
     if (record == nullptr && problems_.empty()) trace.columns = wiring.everything();
@@ -253,6 +259,19 @@ class ProgramReader {
                       "write texts: \"Block.Pin\" or \"Signal\"");
       else if (const auto source = wiring.resolve(item.text, item.at, group_, true))
         trace.columns.push_back({item.text, *source});
+    }
+  }
+
+  // The units are for those who draw the trace.
+  void check_units(const Value& units, const Value* record) {
+    for (const Entry& entry : units.entries) {
+      const auto is_it = [&](const Value& item) { return item.text == entry.key; };
+      if (!entry.value.is_text())
+        problems_.add(entry.value.at, "a unit is " + std::string(kind_name(entry.value.kind)),
+                      "write a text: \"" + entry.key + "\" = \"m\"");
+      else if (record != nullptr && std::ranges::none_of(record->items, is_it))
+        problems_.add(entry.at, "'record' has no '" + entry.key + "'",
+                      "name a column of the trace, in quotes: \"Level.Q\" = \"m\"");
     }
   }
 
@@ -283,7 +302,8 @@ class ProgramReader {
   Problems problems_;
   Program program_;
   std::string group_;
-  std::vector<const Value*> inputs_;  // of program_.blocks
+  std::map<std::string, BlockType> declared_;  // types of other libraries
+  std::vector<const Value*> inputs_;           // of program_.blocks
 };
 
 }  // namespace

@@ -58,12 +58,14 @@ std::optional<Source> Wiring::resolve(const std::string& text, Position at,
   const std::string what = type->name + " '" + name + "'";
   if (pin.empty()) {
     problems_.add(at, "the wire '" + text + "' names a block without a pin",
-                  "write \"" + name + "." + pins.front() + "\"");
+                  "write \"" + name + "." + (pins.empty() ? "Pin" : pins.front()) + "\"");
   } else if (input) {
     problems_.add(at, "'" + pin + "' is an input of " + what, suggest("", pins, "wire an output"));
   } else {
     problems_.add(at, what + " has no output '" + pin + "'",
-                  suggest(pin, pins, "'scanhost blocks " + type->name + "' lists them"));
+                  suggest(pin, pins,
+                          type->library.empty() ? "'scanhost blocks " + type->name + "' lists them"
+                                                : "[types." + type->name + "] lists them"));
   }
   return {};
 }

@@ -66,6 +66,21 @@ const Mistake kMistakes[] = {
     {"[outputs]\nA = { from = \"Level\", file = \"v\" }\nB = { from = \"Level\", file = \"v\" }",
      "10:30: output 'A' writes the same file; give each output a file of its own"},
     {"[trace]\nevery = \"0s\"", "9:9: 'every' of [trace] is \"0s\", which is no positive duration"},
+    {"[trace]\nrecord = [\"Level\"]\nunits = { Lvel = \"m\" }",
+     "10:11: 'record' has no 'Lvel'; name"},
+    {"[types.Scale]\nlibrary = \"x.so\"\noutputs = [\"Q\"]",
+     "8:8: 'Scale' is a block of the catalogue; give the type another name"},
+    {"[types.T]\noutputs = [\"Q\", \"Q\"]",
+     "8:8: type 'T' has no 'library'; add one: library = \"libplant.so\"\n"
+     "p.toml:9:17: 'outputs' has the pin 'Q' twice"},
+    {"[[block]]\nname = \"B\"\ntype = \"T\"\nin = { X = 1 }\n[types.T]\nlibrary = \"x.so\"\n"
+     "outputs = [\"Q\"]",
+     "11:8: T has no input 'X'; [types.T] lists them"},
+    {"[[block]]\nname = \"B\"\ntype = \"T\"\n[types.T]\nlibrary = \"./x.so\"\noutputs = [\"Q\"]",
+     "12:11: "},
+    {"[[block]]\nname = \"B\"\ntype = \"T\"\n[types.T]\nlibrary = \"" PLANT_LIBRARY
+     "\"\noutputs = [\"Q\"]",
+     "12:11: the library has no function 'T'; name the exported one: symbol = "},
     {"[tracer]", "8:2: the program has no key 'tracer'; did you mean 'trace'?"},
 };
 
