@@ -33,10 +33,11 @@ static double seconds(const Pin* inputs, int place) {
   return limited(value(inputs, place), 0, 1e9);
 }
 
-/* One step of a first-order lag with the time constant `lag`, stable for every step. */
+/* One step of a first-order lag with the time constant `lag`, stable for every step. The last
+ * 1e-9 are none: numbers that fade out for ever become slow to compute with. */
 static double follow(double old, double goal, double step, double lag) {
-  if (!(lag > 0)) return goal;
-  return old + (goal - old) * step / (step + lag);
+  const double rest = lag > 0 ? (old - goal) * lag / (step + lag) : 0;
+  return rest > -1e-9 && rest < 1e-9 ? goal : goal + rest;
 }
 
 /*
