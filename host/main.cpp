@@ -118,7 +118,10 @@ void add_check(CLI::App& app, ScanOptions& options, int& status) {
 void add_blocks(CLI::App& app, BlocksOptions& options, int& status) {
   CLI::App* command = app.add_subcommand("blocks", "list the blocks, or the pins of one");
   command->add_option("NAME", options.name, "a block");
-  command->add_flag("--markdown", options.markdown, "print the reference pages");
+  CLI::Option* markdown =
+      command->add_flag("--markdown", options.markdown, "print the reference pages");
+  command->add_flag("--json", options.json, "print pins, units and states as JSON")
+      ->excludes(markdown);
   command->callback([&] { status = blocks(options); });
 }
 

@@ -1,6 +1,7 @@
 #include "host/reference.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "exports/catalogue.h"
 
@@ -74,6 +75,18 @@ std::string unit_of_key(const Field& key) {
   if (unit == scanblocks::kClockMs) return "ms since 1970";
   if (unit == scanblocks::kClockSec) return "s since 1970";
   return std::string(unit);
+}
+
+nlohmann::ordered_json pins_json(std::span<const Field> fields, std::size_t first) {
+  auto pins = nlohmann::ordered_json::array();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    if (const Field& field = fields[i]; field.mark != Mark::kNoPin)
+      pins.push_back({{"pin", first + i},
+                      {"name", field.name},
+                      {"kind", reading(field.kind)},
+                      {"unit", field.unit},
+                      {"meaning", field.help}});
+  return pins;
 }
 
 void list_pins(std::string& text, const char* title, std::span<const Field> fields,
@@ -159,6 +172,23 @@ std::string block_markdown(const BlockInfo& block) {
     text += "| " + std::to_string(state.number) + " | " + cell(state.name) + " | " +
             cell(state.meaning) + " |\n";
   return text;
+}
+
+std::string blocks_json(std::span<const BlockInfo* const> blocks) {
+  auto all = nlohmann::ordered_json::array();
+  for (const BlockInfo* block : blocks) {
+    auto states = nlohmann::ordered_json::array();
+    for (const scanblocks::StateName& state : block->states)
+      states.push_back(
+          {{"number", state.number}, {"name", state.name}, {"meaning", state.meaning}});
+    all.push_back({{"name", block->name},
+                   {"family", block->family},
+                   {"title", block->title},
+                   {"inputs", pins_json(block->inputs, SCANBLOCKS_FIRST_VALUE)},
+                   {"outputs", pins_json(block->outputs, 0)},
+                   {"states", states}});
+  }
+  return all.dump(2) + "\n";
 }
 
 }  // namespace scanhost

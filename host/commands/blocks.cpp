@@ -16,7 +16,13 @@ int blocks(const BlocksOptions& options) {
       throw Rejection("scanhost: there is no block '" + options.name + "'; " +
                       suggest(options.name, catalogue_names(), "'scanhost blocks' lists them") +
                       "\n");
-    std::fputs((options.markdown ? block_markdown(*block) : block_text(*block)).c_str(), stdout);
+    std::fputs((options.markdown ? block_markdown(*block)
+                : options.json   ? blocks_json({&block, 1})
+                                 : block_text(*block))
+                   .c_str(),
+               stdout);
+  } else if (options.json) {
+    std::fputs(blocks_json(scanblocks::catalogue_of_blocks()).c_str(), stdout);
   } else if (!options.markdown) {
     std::fputs(block_list().c_str(), stdout);
   } else {

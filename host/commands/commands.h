@@ -43,6 +43,7 @@ struct ReplayOptions : ScanOptions {
 struct BlocksOptions {
   std::string name;  // empty: all
   bool markdown = false;
+  bool json = false;
 };
 
 struct StateOptions {
