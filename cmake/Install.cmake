@@ -31,6 +31,7 @@ if(TARGET scanhost)
   install(TARGETS scanhost RUNTIME COMPONENT host)
   install(FILES docs/man/scanhost.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT host)
+  install(FILES packaging/scanhost@.service DESTINATION lib/systemd/system COMPONENT host)
   install(DIRECTORY examples
     DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT host
     PATTERN "expected.csv" EXCLUDE PATTERN "*.args" EXCLUDE)

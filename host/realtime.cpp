@@ -43,7 +43,8 @@ void enter_real_time(const Program& program) {
   }
 }
 
-ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Figures* figures) {
+ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Notifier& notifier,
+                            Figures* figures) {
   ScanCount count;
   const Nanoseconds start = monotonic_now();
   Nanoseconds deadline = start;
@@ -56,16 +57,19 @@ ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Fi
     scan.step({.now = wall_clock(), .elapsed = elapsed});
     ++count.scans;
     deadline += period;
-    const Nanoseconds late = monotonic_now() - deadline;
+    const Nanoseconds now = monotonic_now();
+    const Nanoseconds late = now - deadline;
     if (late > Nanoseconds::zero()) {
       const auto missed = late / Nanoseconds(period) + 1;
       ++count.overruns;
       count.skipped += static_cast<std::uint64_t>(missed);
       deadline += missed * Nanoseconds(period);
     }
+    notifier.scanned(count, now);
     if (count.scans == scans) break;
     sleep_until(to_timespec(deadline));
   }
+  notifier.stopping(count);
   if (figures != nullptr) {
     figures->overruns = count.overruns;
     figures->skipped = count.skipped;

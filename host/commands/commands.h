@@ -23,6 +23,10 @@ struct ScanOptions {
   std::string stats_json;  // path; empty: none
 };
 
+struct RunOptions : ScanOptions {
+  std::string state;  // directory in place of the program's; empty: as the program says
+};
+
 struct SimulateOptions : ScanOptions {
   std::optional<Time> start;
   std::string state;  // empty: a temporary one
@@ -57,7 +61,7 @@ struct StateOptions {
   std::optional<Time> now;  // ages are seen from here; default: the present
 };
 
-int run(const ScanOptions& options);
+int run(const RunOptions& options);
 int simulate(const SimulateOptions& options);
 int test(const TestOptions& options);
 int replay(const ReplayOptions& options);

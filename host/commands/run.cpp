@@ -29,11 +29,17 @@ void report_figures(const Figures& figures, const Program& program, const ScanOp
   if (!written) throw Failure(options.stats_json + ": " + std::strerror(errno));
 }
 
-int run(const ScanOptions& options) {
+int run(const RunOptions& options) {
   Program program = read_program(options.program);
+  if (!options.state.empty()) program.state_dir = options.state;
   load_functions(program, options.library);
   const StateDir state(program.state_dir);
   const std::string trace = options.trace.empty() ? program.trace.path : options.trace;
+
+  Notifier notifier;
+  if (notifier.watchdog() > Notifier::Nanoseconds::zero() && program.scan * 2 > notifier.watchdog())
+    throw Failure(program.path + ": the scan takes " + format_duration(program.scan) +
+                  ", and the watchdog waits for less than two; set WatchdogSec to more");
 
   catch_stop_signals();
   ScanCount count;
@@ -44,7 +50,7 @@ int run(const ScanOptions& options) {
   {
     Scan scan(program, {.state_dir = state.path(), .trace = trace, .figures = kept});
     enter_real_time(program);
-    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan), kept);
+    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan), notifier, kept);
     failed = scan.failed();
   }
   std::fprintf(trace == "-" ? stderr : stdout,
