@@ -142,14 +142,19 @@ struct KeySlot {
   bool read_back;
 };
 
-// The member that a slot stands for; the slot's kind says which type it has.
-template <class Member>
-Member& member(void* members, std::uint16_t offset) {
-  return *reinterpret_cast<Member*>(static_cast<char*>(members) + offset);
+// The member that a slot stands for, by copying its bytes: Type has the layout of the member's own
+// type, as std::int32_t has for an enum of states.
+template <class Type>
+Type get(const void* members, std::uint16_t offset) {
+  const void* member = static_cast<const char*>(members) + offset;
+  Type value;
+  __builtin_memcpy(&value, __builtin_assume_aligned(member, alignof(Type)), sizeof value);
+  return value;
 }
-template <class Member>
-const Member& member(const void* members, std::uint16_t offset) {
-  return *reinterpret_cast<const Member*>(static_cast<const char*>(members) + offset);
+template <class Type>
+void set(void* members, std::uint16_t offset, Type value) {
+  void* member = static_cast<char*>(members) + offset;
+  __builtin_memcpy(__builtin_assume_aligned(member, alignof(Type)), &value, sizeof value);
 }
 
 // Fills the struct at `members` from the value pins of a call.
