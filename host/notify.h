@@ -13,8 +13,8 @@ namespace scanhost {
 
 struct ScanCount {
   std::uint64_t scans = 0;
-  std::uint64_t overruns = 0;  // scans that were not done by the next deadline
-  std::uint64_t skipped = 0;   // deadlines that were let pass for that
+  std::uint64_t overruns = 0;  // times that a scan was not done by the next deadline, or not begun
+  std::uint64_t skipped = 0;   // deadlines without a scan for that
 };
 
 class Notifier {

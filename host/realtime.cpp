@@ -43,30 +43,29 @@ void enter_real_time(const Program& program) {
   }
 }
 
-ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Notifier& notifier,
+ScanCount scan_in_real_time(Scan& scan, Duration period, const Limits& limits, Notifier& notifier,
                             Figures* figures) {
   ScanCount count;
   const Nanoseconds start = monotonic_now();
   Nanoseconds deadline = start;
+  const auto skip = [&](Nanoseconds::rep missed) {
+    ++count.overruns;
+    count.skipped += static_cast<std::uint64_t>(missed);
+    deadline += missed * Nanoseconds(period);
+  };
   while (!stop_requested()) {
-    const auto elapsed = std::chrono::duration_cast<Duration>(deadline - start);
-    if (figures != nullptr) {
-      const Nanoseconds lateness = std::max(monotonic_now() - deadline, Nanoseconds::zero());
-      figures->jitter.add(static_cast<std::uint64_t>(lateness.count()));
-    }
-    scan.step({.now = wall_clock(), .elapsed = elapsed});
+    const Nanoseconds late = std::max(monotonic_now() - deadline, Nanoseconds::zero());
+    if (figures != nullptr) figures->jitter.add(static_cast<std::uint64_t>(late.count()));
+    // The process was not let run: the scan is that of the last deadline.
+    if (late >= period) skip(late / Nanoseconds(period));
+    scan.step(
+        {.now = wall_clock(), .elapsed = std::chrono::duration_cast<Duration>(deadline - start)});
     ++count.scans;
     deadline += period;
     const Nanoseconds now = monotonic_now();
-    const Nanoseconds late = now - deadline;
-    if (late > Nanoseconds::zero()) {
-      const auto missed = late / Nanoseconds(period) + 1;
-      ++count.overruns;
-      count.skipped += static_cast<std::uint64_t>(missed);
-      deadline += missed * Nanoseconds(period);
-    }
+    if (now > deadline) skip((now - deadline) / Nanoseconds(period) + 1);
     notifier.scanned(count, now);
-    if (count.scans == scans) break;
+    if (count.scans == limits.scans || (limits.length && deadline - start >= *limits.length)) break;
     sleep_until(to_timespec(deadline));
   }
   notifier.stopping(count);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "host/notify.h"
 #include "host/program.h"
@@ -12,9 +13,15 @@ namespace scanhost {
 // Gives the process the priority and locks its memory as the program asks. Throws Failure.
 void enter_real_time(const Program& program);
 
-// Scans until a stop is requested or `scans` are done (0: no limit). `figures` gets the jitter
-// and the overruns.
-ScanCount scan_in_real_time(Scan& scan, Duration period, std::uint64_t scans, Notifier& notifier,
+struct Limits {
+  std::optional<std::uint64_t> scans;
+  std::optional<Duration> length;  // of time: skipped deadlines count as well
+};
+
+// Scans at the deadlines start, start + period, ... until a stop is requested or a limit is
+// reached. After every scan each deadline that has passed is one of the scans or of those skipped.
+// `figures` gets the jitter and the overruns.
+ScanCount scan_in_real_time(Scan& scan, Duration period, const Limits& limits, Notifier& notifier,
                             Figures* figures = nullptr);
 
 }  // namespace scanhost

@@ -50,7 +50,7 @@ int run(const RunOptions& options) {
   {
     Scan scan(program, {.state_dir = state.path(), .trace = trace, .figures = kept});
     enter_real_time(program);
-    count = scan_in_real_time(scan, program.scan, scans_of(options, program.scan), notifier, kept);
+    count = scan_in_real_time(scan, program.scan, {options.cycles, options.length}, notifier, kept);
     failed = scan.failed();
   }
   std::fprintf(trace == "-" ? stderr : stdout,

@@ -1,12 +1,16 @@
 // The real host in real time. Limits are generous: only what must come is waited for.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <regex>
+#include <sstream>
 
+#include "host/figures.h"
 #include "host/library.h"
 #include "host/scan.h"
 #include "tests/support/scanhost.h"
@@ -117,6 +121,65 @@ TEST(Run, CountsOverrunsAndSkipsTheMissedDeadlines) {
       << result.err;
   EXPECT_GE(std::stoi(counts[1]), 10);
   EXPECT_EQ(std::ranges::count(result.out, '\n'), 6) << result.out;
+}
+
+// A host that is not let run, in its sleep or in a scan: by the clock that a block saw, each
+// deadline has one scan or is counted as skipped, and no row is missing.
+TEST(Run, AccountsForEveryDeadline) {
+  Host host;
+  host.write("p.toml",
+             "[program]\nscan = \"50ms\"\n[signals]\nOne = { value = 1 }\n"
+             "[[block]]\nname = \"Start\"\ntype = \"Clock\"\n"
+             "[[block]]\nname = \"Slow\"\ntype = \"PID\"\nin = { Enable = 5 }\n"
+             "[outputs]\nOne = { from = \"One\", file = \"one\" }\n"
+             "Count = { from = \"Slow.Q\", file = \"count\" }\n"
+             "[trace]\nrecord = [\"Slow.Q\", \"Start.Ms\"]\n"
+             "[types.Clock]\nlibrary = \"" SLOW_BLOCK_LIBRARY "\"\noutputs = [\"Ms\"]\n");
+  host.start("run p.toml --for 3s --trace t.csv --library " SLOW_BLOCK_LIBRARY);
+  EXPECT_TRUE(host.eventually("one", "1\n"));
+  for (int i = 0; i < 10; ++i) {
+    usleep(93000);
+    host.send(SIGSTOP);
+    usleep(113000);
+    host.send(SIGCONT);
+  }
+  const Host::Result ended = host.stop(0);
+  const double end = static_cast<double>(scanhost::monotonic_ns()) / 1e6;
+  long scans = 0, overruns = 0, skipped = 0;
+  ASSERT_EQ(std::sscanf(ended.out.c_str(), "p: %ld scans of 50ms, %ld overruns, %ld deadlines",
+                        &scans, &overruns, &skipped),
+            3)
+      << ended.out << ended.err;
+
+  std::istringstream trace(host.read("t.csv"));
+  std::string line;
+  std::getline(trace, line);
+  std::vector<double> starts;
+  double origin = end;  // of the deadlines, a little before: no scan begins before its own
+  while (std::getline(trace, line)) {
+    double count = 0, start = 0;
+    std::sscanf(line.c_str(), "%*[^,],%lf,%lf", &count, &start);
+    origin = std::min(origin, start - 50.0 * static_cast<double>(starts.size()) - 1.0);
+    starts.push_back(start);
+    EXPECT_EQ(count, static_cast<double>(starts.size()));
+  }
+  ASSERT_EQ(static_cast<long>(starts.size()), scans);
+  EXPECT_EQ(host.read("count"), std::to_string(scans) + "\n");
+  const auto index = [&](double time) { return static_cast<long>((time - origin) / 50.0); };
+  const long last = index(starts.back());
+  long gaps = 0;
+  for (std::size_t i = 1; i < starts.size(); ++i) {
+    const long step = index(starts[i]) - index(starts[i - 1]);
+    EXPECT_GE(step, 1) << "caught up, row " << i;
+    gaps += step > 1;
+  }
+  EXPECT_GE(gaps, 5);
+  const long deadlines = scans + skipped;  // the end of the last scan is known roughly
+  EXPECT_GE(deadlines, index(starts.back() + 4.0) + 1);
+  EXPECT_LE(deadlines, index(end) + 1);
+  EXPECT_GE(deadlines, 60);  // --for counts the skipped ones
+  EXPECT_LT(index(starts.end()[-2]), 59);
+  EXPECT_EQ(overruns, gaps + (deadlines > last + 1));
 }
 
 TEST(Run, ReportsAnOutputOnceAndTriesItAgain) {

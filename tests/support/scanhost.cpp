@@ -32,8 +32,10 @@ void Host::start(const std::string& arguments) {
   _exit(127);
 }
 
+void Host::send(int signal) const { kill(process_, signal); }
+
 Host::Result Host::stop(int signal) {
-  if (signal != 0) kill(process_, signal);
+  if (signal != 0) send(signal);
   int status = 0;
   waitpid(process_, &status, 0);
   process_ = 0;

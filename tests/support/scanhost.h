@@ -27,6 +27,7 @@ class Host {
 
   // The same in the background; stop sends the signal and waits for the end.
   void start(const std::string& arguments);
+  void send(int signal) const;
   Result stop(int signal);
 
   // True as soon as the file has just this text; false after half a minute.
