@@ -13,8 +13,9 @@ namespace scanhost {
 
 struct ScanCount {
   std::uint64_t scans = 0;
-  std::uint64_t overruns = 0;  // times that a scan was not done by the next deadline, or not begun
-  std::uint64_t skipped = 0;   // deadlines without a scan for that
+  std::uint64_t overruns = 0;  // times that a deadline was skipped, or several in a row
+  std::uint64_t skipped = 0;   // deadlines without a scan: the one before was not done, or the
+                               // process was not let run
 };
 
 class Notifier {

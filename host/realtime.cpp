@@ -48,8 +48,10 @@ ScanCount scan_in_real_time(Scan& scan, Duration period, const Limits& limits, N
   ScanCount count;
   const Nanoseconds start = monotonic_now();
   Nanoseconds deadline = start;
+  std::optional<std::uint64_t> overrun_after;  // this many scans
   const auto skip = [&](Nanoseconds::rep missed) {
-    ++count.overruns;
+    if (overrun_after != count.scans) ++count.overruns;
+    overrun_after = count.scans;
     count.skipped += static_cast<std::uint64_t>(missed);
     deadline += missed * Nanoseconds(period);
   };
