@@ -111,8 +111,8 @@ TEST_P(Cut, AtAnyMoment) {
     Subject subject(*GetParam(), round);
     subject.arrange(Shape::kUsual);
     subject.reset();
-    auto next = [&, source = Subject(*GetParam(), round)]() mutable {
-      source.random_pins(subject.rig);
+    auto next = [&, sequence = subject.sequence]() mutable {
+      sequence.prepare();
       subject.call();
     };
     *ended = 0;

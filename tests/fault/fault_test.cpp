@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "tests/fault/interpose.h"
 #include "tests/fault/subject.h"
+#include "tests/support/interpose.h"
 
 namespace {
 

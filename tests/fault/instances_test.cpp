@@ -15,25 +15,21 @@ namespace {
 
 // Calls instance `number` of every block; returns what all outputs and the files were.
 std::string run(const std::filesystem::path& directory, unsigned number) {
-  FakeClock clock;
-  use_clock(&clock);
   std::string told;
   const auto blocks = scanblocks::catalogue_of_blocks();
   for (std::size_t i = 0; i < blocks.size(); ++i) {
     // Not all at the same block at the same time.
-    Subject subject(*blocks[(i + number) % blocks.size()], number);
-    Rig& rig = subject.rig;
+    Rig rig(blocks[(i + number) % blocks.size()]->name);
     rig.set_text(SCANBLOCKS_STATE_DIR, directory.string());
     rig.set_text(SCANBLOCKS_INSTANCE_TAG, std::to_string(number));
+    Sequence sequence(rig, static_cast<int>(number));
     for (int calls = 0; calls < 100; ++calls) {
-      subject.random_pins(rig);
-      clock.set(kTraceStart + 20 * calls);
+      sequence.prepare();
       rig.call();
       told.append(reinterpret_cast<const char*>(rig.out_pins), sizeof rig.out_pins);
     }
     told += rig.bytes();
   }
-  use_clock(nullptr);
   return told;
 }
 

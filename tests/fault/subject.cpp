@@ -10,16 +10,10 @@ constexpr double kUnset = -7.25e77;
 }
 
 Subject::Subject(const scanblocks::BlockInfo& block, unsigned seed)
-    : rig(block.name), reader_(block.name), random_(seed) {}
-
-void Subject::random_pins(Rig& to) {
-  for (std::size_t i = 0; i < to.info().inputs.size(); ++i) {
-    const unsigned dice = draw(8);
-    to.in_pins[SCANBLOCKS_FIRST_VALUE + i].Value = dice < 5   ? dice % 2
-                                                   : dice < 7 ? draw(100)
-                                                              : (draw(4000000000) - 2e9) / 1e6;
-  }
-}
+    : rig(block.name),
+      sequence(rig, static_cast<int>(Sequence::kCalm * seed)),
+      reader_(block.name),
+      random_(seed) {}
 
 void Subject::put(Rig& to, const State& state) {
   std::filesystem::remove(to.file());
@@ -31,8 +25,8 @@ void Subject::arrange(Shape shape) {
   std::string images[2];
   for (std::string& image : images) {
     for (int calls = 3; calls > 0; --calls) {
-      random_pins(rig);
-      rig.call_at(kTraceStart + draw(100000));
+      sequence.prepare();
+      rig.call();
     }
     image = rig.bytes();
   }
@@ -46,8 +40,7 @@ void Subject::arrange(Shape shape) {
       if (draw(2) == 0) *before += images[0].substr(at, 96);
     *before += images[0].substr(0, draw(96));
   }
-  random_pins(rig);
-  fake_clock.set(kTraceStart + draw(100000));
+  sequence.prepare();
   clock_ = fake_clock.microseconds;
   reset();
   rig.call();

@@ -5,10 +5,9 @@
 
 #include <functional>
 #include <optional>
-#include <random>
 #include <string>
 
-#include "tests/support/rig.h"
+#include "tests/support/sequence.h"
 
 using State = std::optional<std::string>;  // the bytes of the file; none: there is no file
 
@@ -39,7 +38,6 @@ class Subject {
   // Everything as before the call, the outputs with a value that no block writes.
   void reset();
   void call() { rig.call(); }
-  void random_pins(Rig& to);
 
   State state() const;
   bool outputs_set() const;
@@ -48,16 +46,17 @@ class Subject {
   Verdict verdict();
 
   Rig rig;
+  Sequence sequence;  // of calls as in a plant
   State before, after;
 
  private:
-  std::uint32_t draw(std::size_t below) { return static_cast<std::uint32_t>(random_() % below); }
+  std::uint32_t draw(std::size_t below) { return random_.below(static_cast<std::uint32_t>(below)); }
 
   std::string next_call(const State& state);
   void put(Rig& to, const State& state);
 
   Rig reader_;
-  std::mt19937 random_;
+  Random random_;
   std::string outputs_;
   std::int64_t clock_ = 0;
 };

@@ -18,6 +18,7 @@
 
 #include "exports/catalogue.h"
 #include "frame/pin.h"
+#include "tests/support/record.h"
 
 #define FUNCTION_NAME(name)
 #define DATA_NAME(name)
@@ -81,12 +82,6 @@ struct Source {
 };
 
 std::string text_of(const char* field) { return {field, strnlen(field, 63)}; }
-
-std::string record(const std::string& key, const std::string& value) {
-  std::string bytes(96, '\0');
-  bytes.replace(0, key.size(), key);
-  return bytes.replace(32, value.size(), value);
-}
 
 // A file that the block may have written, with any texts in it.
 std::string file_of(const scanblocks::BlockInfo& block, Source& source) {

@@ -1,4 +1,5 @@
-// The clock of the tests: the test program's own gettimeofday, which the library calls.
+// The clock of the tests: the test program's own gettimeofday, which the library calls. Each thread
+// has a clock of its own.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +12,4 @@ struct FakeClock {
   void set(double seconds) { microseconds = static_cast<std::int64_t>(seconds * 1e6 + 0.5); }
 };
 
-extern FakeClock fake_clock;
-
-// From now on the calls of this thread read `clock`; nullptr: fake_clock again.
-void use_clock(FakeClock* clock);
+extern thread_local FakeClock fake_clock;

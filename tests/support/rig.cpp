@@ -1,7 +1,6 @@
 #include "tests/support/rig.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <time.h>
 
@@ -135,19 +134,6 @@ void Rig::write_bytes(const std::string& bytes) const {
   std::ofstream(file(), std::ios::binary | std::ios::trunc) << bytes;
 }
 
-void Rig::write_records(const Records& records) const {
-  std::string all;
-  for (const auto& [key, value] : records) all += record(key, value);
-  write_bytes(all);
-}
-
-std::string record(const std::string& key, const std::string& value) {
-  std::string bytes(96, '\0');
-  std::memcpy(bytes.data(), key.data(), std::min<std::size_t>(key.size(), 32));
-  std::memcpy(bytes.data() + 32, value.data(), std::min<std::size_t>(value.size(), 64));
-  return bytes;
-}
-
 void trace(Rig& rig, const std::string& table) {
   std::istringstream lines(table);
   std::vector<std::string> header;
@@ -163,10 +149,13 @@ void trace(Rig& rig, const std::string& table) {
     const int readings_before = fake_clock.readings;
     int readings = 0;
     int section = 0;  // inputs, outputs, state keys
+    Records stored;
     for (std::size_t i = 0; i <= header.size(); ++i) {
       const bool bar = i == header.size() || header[i] == "|";
       if (bar && section++ == 0) {
+        if (!stored.empty()) rig.write_records(stored);
         rig.call();
+        fake_clock.step = 0;
         readings = fake_clock.readings - readings_before;
       }
       if (i == header.size()) break;
@@ -180,7 +169,11 @@ void trace(Rig& rig, const std::string& table) {
         continue;
       }
       const double value = std::strtod(cells[i].c_str(), nullptr);
-      if (header[i] == "#clock") {
+      if (header[i].back() == '=') {
+        stored.emplace_back(header[i].substr(0, header[i].size() - 1), cells[i]);
+      } else if (header[i] == "#step") {
+        fake_clock.step = static_cast<std::int64_t>(value * 1e6);
+      } else if (header[i] == "#clock") {
         EXPECT_EQ(readings, static_cast<int>(value)) << "clock readings";
       } else if (section == 1) {
         EXPECT_PRED2(same_number, rig.out(header[i]), value) << "output " << header[i];

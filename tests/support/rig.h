@@ -1,6 +1,8 @@
 // A block on the bench: its pins by name, its state file as text, and traces as tables.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -9,9 +11,9 @@
 #include "exports/catalogue.h"
 #include "frame/pin.h"
 #include "tests/support/clock.h"
+#include "tests/support/record.h"
 
 using Values = std::vector<std::pair<std::string, double>>;
-using Records = std::vector<std::pair<std::string, std::string>>;
 
 // The address of an exported name of the built library, nullptr where there is none.
 void* exported(const char* name);
@@ -60,7 +62,7 @@ class Rig {
   Records records() const;
   std::string state(const std::string& key) const;
   void write_bytes(const std::string& bytes) const;
-  void write_records(const Records& records) const;
+  void write_records(const Records& records) const { write_bytes(image(records)); }
 
   const scanblocks::BlockInfo& info() const { return *info_; }
   const std::filesystem::path& directory() const { return directory_.path(); }
@@ -74,9 +76,6 @@ class Rig {
   TemporaryDirectory directory_;
 };
 
-// One record's 96 bytes.
-std::string record(const std::string& key, const std::string& value);
-
 // Calls the block once per row and compares. A table:
 //
 //   t    Enable InSignal | AlmQ #clock | TmpTime State
@@ -84,8 +83,10 @@ std::string record(const std::string& key, const std::string& value);
 //
 // t is in seconds from kTraceStart; a column utc takes its place with times such as
 // 2026-03-29T00:58:00. Inputs stay as they are where a row has "-"; an output or key
-// with "-" is not compared. "#clock" is the number of clock readings of the call. State keys are
-// compared as texts, outputs as numbers ("nan" and "inf" included).
+// with "-" is not compared. State keys are compared as texts, outputs as numbers ("nan" and "inf"
+// included). An input column "Key=" is a record: a row that gives any has the call find a file of
+// just these. "#step" is by how many seconds each reading moves the clock on, "#clock" how many
+// readings the call made.
 inline constexpr double kTraceStart = 1700000000;
 void trace(Rig& rig, const std::string& table);
 void trace(const std::string& block, const Values& inputs, const std::string& table);

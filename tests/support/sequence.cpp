@@ -1,9 +1,11 @@
-#include "tests/record/sequence.h"
+#include "tests/support/sequence.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdio>
+#include <fstream>
 #include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -35,31 +37,31 @@ constexpr const char* kTexts[] = {
     "-nan",
     "nan(123)",
     "-inf",
-    "INFINITY",
+    "INFINITY",  // not finite
     "1e400",
     "-1e-400",
-    "0x1.8p3",
+    "0x1.8p3",  // beyond the widest, below the finest, hexadecimal
     "  12 kW",
     "kW",
     "",
     "-0.0",
-    "+7",
+    "+7",  // half a number, none, signs
     "99999999999999999999",
-    "-99999999999999999999",
+    "-99999999999999999999",  // beyond 64 bits
     "4294967297",
-    "2147483648",
+    "2147483648",  // and beyond 32
     "1.9",
     "0.0000005",
     "123456789012345678901234567890.5",
-    "4.9e-324",
+    "4.9e-324",  // decimals
     "1",
     "0",
     "2",
     "5",
     "10",
     "15",
-    "100",
-    "179769313486231570814527423731704356798070567525844996598917476803.0",
+    "100",                                                                   // states
+    "179769313486231570814527423731704356798070567525844996598917476803.0",  // fills its field
 };
 
 std::uint64_t seed_of(const std::string& name, int number) {
@@ -122,15 +124,10 @@ void Sequence::prepare() {
   for (std::size_t i = 0; i < rig_.info().inputs.size(); ++i)
     if (random_.one_in(3)) rig_.in_pins[SCANBLOCKS_FIRST_VALUE + i].Value = value(i);
 
-  constexpr std::int64_t kSteps[] = {0,
-                                     -1,
-                                     -kSecond,
-                                     -3600 * kSecond,
-                                     60 * kSecond,
-                                     86400 * kSecond,
-                                     2147483648 * 1000,
-                                     -2147483648 * 1000,
-                                     4294967296 * 1000};
+  constexpr std::int64_t kWrap = 4294967296 * 1000;
+  constexpr std::int64_t kSteps[] = {
+      0,         -1,         -kSecond, -3600 * kSecond, 60 * kSecond, 86400 * kSecond,
+      kWrap / 2, -kWrap / 2, kWrap};
   fake_clock.microseconds += random_.one_in(6) ? kSteps[random_.below(std::size(kSteps))] : pace_;
   fake_clock.microseconds =
       std::clamp<std::int64_t>(fake_clock.microseconds, 0, kLastSecond * kSecond);
@@ -175,4 +172,22 @@ std::string Sequence::probe_output() {
   std::snprintf(text, sizeof text, "%s %u 2\t%u 4\n%s %u 2 %u", memory, total, free, disk, free,
                 total);
   return text;
+}
+
+std::string probe_file;
+
+void run_sequences(const scanblocks::BlockInfo& block, const std::function<void(Rig&)>& call) {
+  for (int number = 0; number < Sequence::kSequences; ++number) {
+    Rig rig(block.name);
+    Sequence sequence(rig, number);
+    probe_file = rig.directory() / "probe";
+    for (int i = 0; i < Sequence::kCalls; ++i) {
+      sequence.prepare();
+      if (std::string_view(block.family) == "sysinfo")
+        std::ofstream(probe_file) << sequence.probe_output();
+      fake_clock.readings = 0;
+      call(rig);
+      sequence.damage();
+    }
+  }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "tests/support/rig.h"
@@ -24,7 +25,9 @@ class Random {
 class Sequence {
  public:
   static constexpr int kSequences = 24;  // of each block, of four tempers
+  static constexpr int kCalm = 4;        // the multiples are calm, and damage nothing
   static constexpr int kCalls = 48;
+  static constexpr const char* kTimeZone = "CET-1CEST,M3.5.0,M10.5.0/3";
 
   Sequence(Rig& rig, int number);
 
@@ -45,3 +48,9 @@ class Sequence {
   std::uint32_t styles_[Rig::kPins] = {};
   std::int64_t pace_;  // usual microseconds from call to call
 };
+
+// The file that stands for the output of the probes, where the program's own open asks for it.
+extern std::string probe_file;
+
+// Goes through all sequences of a block; `call` makes each call.
+void run_sequences(const scanblocks::BlockInfo& block, const std::function<void(Rig&)>& call);
