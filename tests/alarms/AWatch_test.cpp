@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/rig.h"
 
 const Values kBand = {{"Enable", 1}, {"LowLimit", 10}, {"HighLimit", 20}, {"DelayMs", 1000}};
@@ -14,7 +12,7 @@ TEST(AWatch, RaisesAfterMoreThanTheDelayAndLatches) {
     3.001   1      15       1000    0   |  1     1    |  10   3487920080
     4       1       9.99    1000    0   |  1     0    |  10   3487920080
     5       1      15       1000    1   |  0     1    |   0   1700000005     seconds, never used
-    6       1      15       1000    1   |  0     1    |   1   3487924080
+    6       1      15       1000    0   |  0     1    |   1   3487924080
     7       1      nan      1000    0   |  0     0    |   0   3487924080
     8       1      15       1000    1   |  0     2    |   0   1700000008     entry and edge
     9       1      15         -1    0   |  0     1    |   1   3487927080     the entry never raises
@@ -24,19 +22,14 @@ TEST(AWatch, RaisesAfterMoreThanTheDelayAndLatches) {
 }
 
 TEST(AWatch, MeasuresThroughTheWrapAndStepsInAnyStateThatTimes) {
-  Rig rig("AWatch", kBand);
-  trace(rig, R"(
-    t          InSignal | AlmQ | State TmpTime
-    807049.000    15    |  0   |   1   4294967080
-    807050.000    15    |  0   |   1   4294967080     784 behind the wrap
-    807050.001    15    |  1   |  10   4294967080
-  )");
-  rig.write_records({{"State", "5"}, {"TmpTime", "1784"}, {"AlmQ", "7"}});
-  trace(rig, R"(
-    t          InSignal | AlmQ | State
-    807050.000    15    |  7   |   5     set back by the delay
-    807050.000     9    |  7   |   0     outside, AlmQ keeps what is stored
-    807050.000    15    |  7   |   1
-    807048.999    15    |  1   |  10     set back by more
+  trace("AWatch", kBand, R"(
+    t          State= TmpTime= AlmQ= InSignal | AlmQ | State TmpTime
+    807049.000   -       -       -      15    |  0   |   1   4294967080
+    807050.000   -       -       -      15    |  0   |   1   4294967080     784 behind the wrap
+    807050.001   -       -       -      15    |  1   |  10   4294967080
+    807050.000   5      1784     7      15    |  7   |   5   1784           set back by the delay
+    807050.000   -       -       -       9    |  7   |   0   1784           outside, AlmQ keeps what is stored
+    807050.000   -       -       -      15    |  7   |   1   784
+    807048.999   -       -       -      15    |  1   |  10   784            set back by more
   )");
 }

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/rig.h"
 
 TEST(WDT, ExpiresCountedFromTheFirstUnchangedCall) {
@@ -18,17 +16,10 @@ TEST(WDT, ExpiresCountedFromTheFirstUnchangedCall) {
 }
 
 TEST(WDT, TakesFreshReadingsAndHoldsInAForeignState) {
-  Rig rig("WDT", {{"Timeout", 1000}});
-  fake_clock.set(kTraceStart);
-  fake_clock.step = 1000000;
-  rig.call();  // a new instance has seen 0; readings: default, stamp, time
-  fake_clock.step = 0;
-  EXPECT_EQ(rig.state("TmpTime"), "1700000001");
-  EXPECT_EQ(rig.out("Q"), 1);
-  rig.write_records({{"SignalOld", "2"}, {"TmpTime", "9"}, {"TmpQ", "7"}, {"State", "5"}});
-  trace(rig, R"(
-    t  Signal | Q #clock | TmpTime TmpQ State
-    2    2    | 7   1    |    9      7    5
-    3    3    | 0   1    |    9      0    0
+  trace("WDT", {{"Timeout", 1000}}, R"(
+    t #step SignalOld= TmpTime= TmpQ= State= Signal | Q #clock | TmpTime    TmpQ State
+    0   1       -         -       -     -      0    | 1   3    | 1700000001   1    10    unchanged at once; readings: default, stamp, time
+    2   -       2         9       7     5      2    | 7   1    |     9        7     5
+    3   -       -         -       -     -      3    | 0   1    |     9        0     0
   )");
 }

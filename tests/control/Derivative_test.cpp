@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/rig.h"
-
-namespace {
 
 TEST(Derivative, DividesOldMinusNewByTheAgeOfTheInstance) {
   trace("Derivative", {}, R"(
@@ -16,5 +12,3 @@ TEST(Derivative, DividesOldMinusNewByTheAgeOfTheInstance) {
     150     1     -1    |  0.02  2     | 0.020000  -1.000000 3487918080
   )");
 }
-
-}  // namespace

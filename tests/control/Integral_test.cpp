@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/rig.h"
-
-namespace {
 
 TEST(Integral, WeighsTheTrapezoidByTheAgeOfTheInstance) {
   trace("Integral", {{"Bias", 5}}, R"(
@@ -16,5 +12,3 @@ TEST(Integral, WeighsTheTrapezoidByTheAgeOfTheInstance) {
     14       2      1    | 0   1     | 0.000000  1.000000  29.000000   3487918080
   )");
 }
-
-}  // namespace

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/rig.h"
-
-namespace {
 
 const Values kReady = {{"Enable", 1}, {"Permit", 1}, {"Auto", 1}, {"FeedbackMs", 500}};
 
@@ -38,5 +34,3 @@ TEST(Drive1V2, ShowsInEnbThatItIsInControl) {
     6    1      1      0     0      1     |  1   0   10     3    |  1  3487924080
   )");
 }
-
-}  // namespace
