@@ -1,6 +1,4 @@
 // The ten packing blocks and bcd2dec. Words and bytes are written as the patterns that they are.
-#include <gtest/gtest.h>
-
 #include <bit>
 
 #include "tests/support/rig.h"

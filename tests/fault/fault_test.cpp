@@ -121,14 +121,13 @@ TEST_P(Fault, FileSizeLimit) {
 }
 
 TEST_P(Fault, WithoutRights) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs root, to give up its rights";
   each_shape([](Subject& subject, Shape) {
     chmod(subject.rig.directory().c_str(), 0755);
     for (const mode_t mode : {0444u, 0000u}) {
       subject.reset();
       chmod(subject.rig.file().c_str(), mode);
       EXPECT_EQ(in_child([&] {
-                  if (setuid(65534) != 0) return kSkipped;
+                  if (geteuid() == 0 && setuid(65534) != 0) return kSkipped;
                   subject.call();
                   const bool readable = mode != 0 || !subject.before;
                   return !subject.outputs_set() || (readable && !subject.outputs_right()) ? 1 : 0;

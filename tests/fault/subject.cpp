@@ -107,7 +107,3 @@ std::vector<const scanblocks::BlockInfo*> stateful_blocks() {
     if (!block->keys.empty()) blocks.push_back(block);
   return blocks;
 }
-
-std::string block_name(const testing::TestParamInfo<const scanblocks::BlockInfo*>& info) {
-  return info.param->name;
-}

@@ -1,8 +1,6 @@
 // A block instance whose call is disturbed, and the verdict on what is left of its state.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <optional>
 #include <string>
@@ -67,6 +65,5 @@ int in_child(const std::function<int()>& work);
 
 class StatefulBlock : public testing::TestWithParam<const scanblocks::BlockInfo*> {};
 std::vector<const scanblocks::BlockInfo*> stateful_blocks();
-std::string block_name(const testing::TestParamInfo<const scanblocks::BlockInfo*>& info);
 #define FOR_STATEFUL_BLOCKS(Suite) \
   INSTANTIATE_TEST_SUITE_P(Catalogue, Suite, testing::ValuesIn(stateful_blocks()), block_name)

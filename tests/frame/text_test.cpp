@@ -1,3 +1,5 @@
+// Texts of numbers, most of them against the C library's. SCANBLOCKS_ROUNDS is the number of random
+// rounds, of six numbers each.
 #include "frame/text.h"
 
 #include <gtest/gtest.h>
@@ -8,85 +10,76 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <random>
 #include <string>
 
 using namespace scanblocks;
 
 namespace {
 
-std::string formatted(double value) {
-  char text[kTextSize];
-  return {text, format_fixed(value, text)};
+// Reads a text, a field that it may fill to the end, as the C library does.
+void parse(const std::string& text) {
+  char field[kTextSize] = {};
+  memcpy(field, text.data(), std::min(text.size(), sizeof field));
+  const double expected = atof(text.c_str());
+  const double value = parse_fixed(field);
+  ASSERT_TRUE(std::signbit(value) == std::signbit(expected) &&
+              (value == expected || (std::isnan(value) && std::isnan(expected))))
+      << text << " is read as " << value;
 }
 
-std::string by_c_library(double value) {
-  char text[400];
-  snprintf(text, sizeof text, "%f", value);
-  return std::string(text).substr(0, 63);
+// Writes a number and reads it back.
+void format(double number) {
+  char text[kTextSize] = {}, expected[400];
+  snprintf(expected, sizeof expected, "%f", number);
+  expected[kTextSize - 1] = '\0';
+  ASSERT_EQ(std::string(text, format_fixed(number, text)), expected);
+  parse(text);
 }
 
-TEST(Text, FixedAgreesWithTheCLibrary) {
-  const double limits[] = {0.0,           -0.0,
-                           5e-324,        4e-7,
-                           5e-7,          5.000001e-7,
-                           0.0000015,     0.0000025,
-                           0.5,           0.9999994999,
-                           0.9999995,     0.9999999,
-                           1 - 0x1p-53,   9007199254740993.0,
-                           0x1p63,        0x1p64,
-                           0x1p64 + 2048, 1e22,
-                           1e54,          9.99e54,
-                           1e55,          1e56,
-                           1e300,         1.7976931348623157e308,
-                           HUGE_VAL};
-  for (const double limit : limits)
-    for (const double value : {limit, -limit}) EXPECT_EQ(formatted(value), by_c_library(value));
-  EXPECT_EQ(formatted(std::bit_cast<double>(0x7FF8000000000000)), "nan");
-  EXPECT_EQ(formatted(std::bit_cast<double>(0xFFF8000000000000)), "-nan");
-}
+TEST(Text, NumbersAgreeWithTheCLibrary) {
+  // Powers of two and of ten with their neighbours.
+  for (int exponent = -1074; exponent <= 1023; ++exponent)
+    for (const double base : {std::ldexp(1.0, exponent), std::pow(10.0, exponent % 300)})
+      for (const double number : {base, std::nextafter(base, 0.0), std::nextafter(base, HUGE_VAL)})
+        for (const double either : {number, -number}) format(either);
+  for (const double number : {0.0, HUGE_VAL, 5e-7, 5.000001e-7, 0.0000015, 0.9999994999, 0.9999995,
+                              9007199254740993.0, 0x1p64 + 2048, 1.7976931348623157e308})
+    for (const double either : {number, -number}) format(either);
+  format(std::bit_cast<double>(0x7FF8000000000000));
+  format(std::bit_cast<double>(0xFFF8000000000000));
 
-TEST(Text, ParsedNumbersAgreeWithTheCLibrary) {
-  const char* texts[] = {"",
-                         "abc",
-                         "-",
-                         ".",
-                         "1",
-                         "-0",
-                         "-0.000000",
-                         " \t\n\v\f\r12.5",
-                         "+3.25",
-                         "1.",
-                         ".5",
-                         "-.5x",
-                         "12.500000 rest",
-                         "1e3",
-                         "1e",
-                         "1e-400",
-                         "0x1p4",
-                         "inf",
-                         "-INFINITY",
-                         "nan",
-                         "-nan",
-                         "1,5",
-                         "9007199254.740993",
-                         "9007199254740993",
-                         "9007199254.740994",
-                         "999999999999999.5",
-                         "9007199254740.99250000",
-                         "123456789.123456789",
-                         "0.1234567891",
-                         "- 5",
-                         "--5",
-                         "99999999999999999999.000000",
-                         "179769313486231570000000000000000000000000000000000000000000000"};
-  for (const char* text : texts) {
-    char field[kTextSize] = {};
-    memcpy(field, text, std::min(strlen(text), sizeof field));
-    const double expected = atof(text);
-    const double value = parse_fixed(field);
-    EXPECT_EQ(std::signbit(value), std::signbit(expected)) << text;
-    EXPECT_TRUE(value == expected || (std::isnan(value) && std::isnan(expected))) << text;
+  const char* rounds = getenv("SCANBLOCKS_ROUNDS");
+  std::mt19937_64 random(1);
+  for (long i = rounds != nullptr ? atol(rounds) : 20000; i > 0 && !HasFailure(); --i) {
+    const std::uint64_t bits = random();
+    const double any = std::bit_cast<double>(bits);
+    if (!std::isnan(any)) format(any);
+    // Usual sizes, down to what is stored as 0.
+    format(std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(bits % 90)));
+    // An odd multiple of 2^-7 lies exactly halfway between two texts.
+    const double halfway = static_cast<double>((random() >> (14 + bits % 50)) | 1) * 0x1p-7;
+    format(halfway);
+    format(std::nextafter(halfway, 0.0));
+    // A number with six decimals that halves the last one, as near as a double comes to it.
+    format((static_cast<double>(random() >> (30 + bits % 30)) + 0.5) / 1e6);
+    // Any number of digits before and behind the point.
+    parse(std::to_string(random() >> (random() % 64)) + '.' + std::string(random() % 9, '0') +
+          std::to_string(random() >> (24 + random() % 40)));
   }
+}
+
+TEST(Text, OddTextsReadAsTheCLibraryReadsThem) {
+  for (const char* text : {"",       "abc",       "-",     ".",         "- 5", "--5",  "1,5", "1",
+                           "-0",     "-0.000000", "+3.25", "1.",        ".5",  "-.5x", "1e",  "1e3",
+                           "1e-400", "0x1p4",     "inf",   "-INFINITY", "nan", "-nan"})
+    parse(text);
+  for (const char* text :
+       {" \t\n\v\f\r12.5", "12.500000 rest", "9007199254.740993", "9007199254740993",
+        "9007199254.740994", "999999999999999.5", "9007199254740.99250000", "123456789.123456789",
+        "0.1234567891", "99999999999999999999.000000"})
+    parse(text);
+  parse("179769313486231570000000000000000000000000000000000000000000000");
 }
 
 TEST(Text, AFieldWithoutNulEndsAtItsSize) {
@@ -120,7 +113,8 @@ TEST(Text, DoesNotDependOnTheLocale) {
   const char* const locale = setlocale(LC_ALL, "de_DE.UTF-8");
   if (locale == nullptr) GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
   EXPECT_STREQ(localeconv()->decimal_point, ",");
-  EXPECT_EQ(formatted(1.5), "1.500000");
+  char text[kTextSize];
+  EXPECT_EQ(std::string(text, format_fixed(1.5, text)), "1.500000");
   EXPECT_EQ(parse_fixed("1.5"), 1.5);
   EXPECT_EQ(parse_fixed("1.5e0"), 1.5);
   setlocale(LC_ALL, "C");

@@ -76,6 +76,11 @@ class Rig {
   TemporaryDirectory directory_;
 };
 
+// Names the tests over the catalogue.
+inline std::string block_name(const testing::TestParamInfo<const scanblocks::BlockInfo*>& info) {
+  return info.param->name;
+}
+
 // Calls the block once per row and compares. A table:
 //
 //   t    Enable InSignal | AlmQ #clock | TmpTime State
