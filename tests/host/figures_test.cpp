@@ -26,17 +26,16 @@ TEST(Figures, PercentilesAreAtMostASixteenthTooHigh) {
 }
 
 TEST(Figures, ArePrintedByScanTypeAndInstance) {
-  Host host;
-  host.write("p.toml",
-             "[program]\nscan = \"10ms\"\ngroup = \"G\"\n[[block]]\nname = \"A\"\ntype = \"PID\"\n"
-             "[[block]]\nname = \"B\"\ntype = \"PID\"\n");
+  Host host(
+      "[program]\nscan = \"10ms\"\ngroup = \"G\"\n[[block]]\nname = \"A\"\ntype = \"PID\"\n"
+      "[[block]]\nname = \"B\"\ntype = \"PID\"\n");
   const Host::Result run = host.run("run p.toml --cycles 7 --stats");
   for (const char* part : {"scan                                        7 ",
                            "lateness of the start                       7 ",
                            "PID                                        14 ",
                            "  PID G/B                                   7 ", " overruns, "})
-    EXPECT_NE(run.out.find(part), std::string::npos) << part << run.out;
+    EXPECT_TRUE(has(run.out, part));
   EXPECT_EQ(host.run("simulate p.toml --cycles 7 --trace t --stats-json s.json").status, 0);
-  EXPECT_NE(host.read("s.json").find("\"PID\": {\n      \"count\": 14,"), std::string::npos);
+  EXPECT_TRUE(has(host.read("s.json"), "\"PID\": {\n      \"count\": 14,"));
   EXPECT_EQ(host.run("simulate p.toml --cycles 1 --trace t --stats-json /dev/full").status, 1);
 }

@@ -1,5 +1,4 @@
 // The real host in real time. Limits are generous: only what must come is waited for.
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -55,8 +54,7 @@ std::size_t allocations = 0;
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 TEST(Run, FollowsItsInputAndContinuesAfterARestart) {
-  Host host;
-  host.write("p.toml", kFollower);
+  Host host(kFollower);
   host.write("level", "1000000\n");
   host.start("run p.toml --trace t.csv");
   EXPECT_TRUE(host.eventually("out/valve", "100\n"));
@@ -67,52 +65,32 @@ TEST(Run, FollowsItsInputAndContinuesAfterARestart) {
   host.write("new", "7");  // another file takes the place
   std::filesystem::rename(host.directory() / "new", host.directory() / "level");
   EXPECT_TRUE(host.eventually("out/valve", "7\n"));
-}
-
-TEST(Run, EndsWithSafeValuesAndKeepsTheState) {
-  Host host;
-  host.write("p.toml", kFollower);
-  host.write("level", "50\n");
-  host.start("run p.toml --trace t.csv");
-  EXPECT_TRUE(host.eventually("out/valve", "50\n"));
   EXPECT_TRUE(host.eventually("loop", "-1\n"));  // after the first second
+
+  Host other(kFollower);
+  const std::string arguments =
+      "run p.toml --cycles 1 --trace t.csv --state " + (host.directory() / "state").string();
+  const Host::Result refused = other.run(arguments);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(has(refused.err, " is in use by another scanhost (process "));
+  EXPECT_EQ(other.read("out/valve"), "");
+
   const Host::Result ended = host.stop(SIGTERM);
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_TRUE(
       std::regex_search(ended.out, std::regex("Follower: [0-9]+ scans of 20ms, [0-9]+ ov")));
   EXPECT_EQ(host.read("out/valve"), "12.5\n");
   EXPECT_EQ(host.read("loop"), "-1\n");  // without a safe value the last one stays
-
   // The age of the instance goes on: no first second any more.
-  const Host::Result again = host.run("run p.toml --cycles 1 --trace t2.csv");
-  EXPECT_EQ(again.status, 0);
-  EXPECT_NE(host.read("t2.csv").find(",-1,1\n"), std::string::npos) << host.read("t2.csv");
-}
-
-TEST(Run, RefusesAStateDirectoryInUse) {
-  Host first;
-  first.write("p.toml", kFollower);
-  first.start("run p.toml");
-  EXPECT_TRUE(first.eventually("out/valve", "0\n"));
-  Host second;
-  std::string program = kFollower;
-  program.replace(program.find("scan ="), 0,
-                  "state = \"" + (first.directory() / "state").string() + "\"\n");
-  second.write("p.toml", program);
-  const Host::Result refused = second.run("run p.toml --cycles 1");
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_NE(refused.err.find(" is in use by another scanhost (process "), std::string::npos);
-  EXPECT_EQ(second.read("out/valve"), "");
-  EXPECT_EQ(first.stop(SIGINT).status, 0);
-  EXPECT_EQ(second.run("run p.toml --cycles 1").status, 0);
+  EXPECT_EQ(other.run(arguments).status, 0);
+  EXPECT_TRUE(has(other.read("t.csv"), ",-1,1\n"));
 }
 
 // Every scan takes 50 ms of the 20 ms it has: two deadlines pass each time, none is caught up.
 TEST(Run, CountsOverrunsAndSkipsTheMissedDeadlines) {
-  Host host;
-  host.write("p.toml",
-             "[program]\nscan = \"20ms\"\n[[block]]\nname = \"Slow\"\ntype = \"PID\"\n"
-             "in = { Enable = 50 }\n[trace]\nrecord = [\"Slow.Q\"]\n");
+  Host host(
+      "[program]\nscan = \"20ms\"\n[[block]]\nname = \"Slow\"\ntype = \"PID\"\n"
+      "in = { Enable = 50 }\n[trace]\nrecord = [\"Slow.Q\"]\n");
   const Host::Result result =
       host.run("run p.toml --cycles 5 --trace - --library " SLOW_BLOCK_LIBRARY);
   std::smatch counts;
@@ -126,15 +104,14 @@ TEST(Run, CountsOverrunsAndSkipsTheMissedDeadlines) {
 // A host that is not let run, in its sleep or in a scan: by the clock that a block saw, each
 // deadline has one scan or is counted as skipped, and no row is missing.
 TEST(Run, AccountsForEveryDeadline) {
-  Host host;
-  host.write("p.toml",
-             "[program]\nscan = \"50ms\"\n[signals]\nOne = { value = 1 }\n"
-             "[[block]]\nname = \"Start\"\ntype = \"Clock\"\n"
-             "[[block]]\nname = \"Slow\"\ntype = \"PID\"\nin = { Enable = 5 }\n"
-             "[outputs]\nOne = { from = \"One\", file = \"one\" }\n"
-             "Count = { from = \"Slow.Q\", file = \"count\" }\n"
-             "[trace]\nrecord = [\"Slow.Q\", \"Start.Ms\"]\n"
-             "[types.Clock]\nlibrary = \"" SLOW_BLOCK_LIBRARY "\"\noutputs = [\"Ms\"]\n");
+  Host host(
+      "[program]\nscan = \"50ms\"\n[signals]\nOne = { value = 1 }\n"
+      "[[block]]\nname = \"Start\"\ntype = \"Clock\"\n"
+      "[[block]]\nname = \"Slow\"\ntype = \"PID\"\nin = { Enable = 5 }\n"
+      "[outputs]\nOne = { from = \"One\", file = \"one\" }\n"
+      "Count = { from = \"Slow.Q\", file = \"count\" }\n"
+      "[trace]\nrecord = [\"Slow.Q\", \"Start.Ms\"]\n"
+      "[types.Clock]\nlibrary = \"" SLOW_BLOCK_LIBRARY "\"\noutputs = [\"Ms\"]\n");
   host.start("run p.toml --for 3s --trace t.csv --library " SLOW_BLOCK_LIBRARY);
   EXPECT_TRUE(host.eventually("one", "1\n"));
   for (int i = 0; i < 10; ++i) {
@@ -202,8 +179,7 @@ TEST(Run, ReportsAnOutputOnceAndTriesItAgain) {
 }
 
 TEST(Scan, AllocatesNothingAfterTheFirst) {
-  Host host;
-  host.write("p.toml", kFollower);
+  Host host(kFollower);
   host.write("level", "5");
   scanhost::Program program = scanhost::read_program((host.directory() / "p.toml").string());
   scanhost::load_functions(program, SCANBLOCKS_LIBRARY);

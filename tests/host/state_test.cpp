@@ -1,6 +1,4 @@
 // scanhost state: what is read of state files, damage by name, and the one key that is written.
-#include <gtest/gtest.h>
-
 #include <csignal>
 
 #include "tests/support/scanhost.h"
@@ -14,10 +12,6 @@ const std::string kPump = record("Enb", "1") + record("TmpTime", kStamp) + recor
                           record("StopAlm", "0") + record("AStSpOld", "1") +
                           record("HStSpOld", "0");
 
-bool has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 }  // namespace
 
 TEST(State, IsShownWithStatesByNameAndStampsAsDates) {
@@ -28,7 +22,7 @@ TEST(State, IsShownWithStatesByNameAndStampsAsDates) {
   for (const char* part :
        {"Drive1V2        PS          1_Pump", "may also be group 'PS_1', instance 'Pump'",
         "2               running", "2024-01-01T01:00:00.000+01:00, 20d ago  last start"})
-    EXPECT_TRUE(has(shown.out, part)) << part << " is not in\n" << shown.out;
+    EXPECT_TRUE(has(shown.out, part));
   EXPECT_TRUE(has(host.run("state show . --now 2023-12-31T23:59:58Z").out, ", in 2s  last start"));
   EXPECT_TRUE(has(host.run("state list .").out, "1_Pump              ok\n"));
 }
@@ -46,10 +40,10 @@ TEST(State, NamesEachDamage) {
         "of CMD is no whole number", "record 4: the key 'CMD' is there again",
         "record 5: the key 'Off' is unknown", "record 6 is empty", "a piece of 4 bytes",
         "the key 'TmpTime' is missing", "'What' is no block of the catalogue"})
-    EXPECT_TRUE(has(shown.out, part)) << part << " is not in\n" << shown.out;
+    EXPECT_TRUE(has(shown.out, part));
   const Host::Result json = host.run("state show . --json --verify");
   EXPECT_EQ(json.status, 1);
-  EXPECT_TRUE(has(json.out, "\"value\": \"x\xEF\xBF\xBD\"")) << json.out;
+  EXPECT_TRUE(has(json.out, "\"value\": \"x\xEF\xBF\xBD\""));
 }
 
 TEST(State, OneKeyIsWrittenAndFilesAreRemoved) {

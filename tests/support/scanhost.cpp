@@ -4,8 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <iterator>
 
@@ -55,4 +53,9 @@ bool Host::eventually(const std::string& name, const std::string& text) const {
   ADD_FAILURE() << name << " has \"" << read(name) << "\", not \"" << text << "\"\n"
                 << read("stderr");
   return false;
+}
+
+testing::AssertionResult has(const std::string& text, const std::string& part) {
+  if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << part << "\nis not in\n" << text;
 }

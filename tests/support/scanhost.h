@@ -15,6 +15,8 @@ class Host {
     std::string err;
   };
 
+  // With the control program, p.toml.
+  explicit Host(const std::string& program = "") { write("p.toml", program); }
   ~Host();
 
   const std::filesystem::path& directory() const { return directory_.path(); }
@@ -37,3 +39,6 @@ class Host {
   TemporaryDirectory directory_;
   pid_t process_ = 0;
 };
+
+// Whether the text has the part; both are shown where it should have it.
+testing::AssertionResult has(const std::string& text, const std::string& part);
