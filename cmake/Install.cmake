@@ -1,5 +1,5 @@
-# What `cmake --install` lays out: library, header, CMake and pkg-config files, host, manual pages
-# and example programs. Components: library, development, host.
+# What `cmake --install` lays out: library, header, CMake and pkg-config files, host, manual pages,
+# example programs and the tools for traces. Components: library, development, host, tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -35,4 +35,12 @@ if(TARGET scanhost)
   install(DIRECTORY examples
     DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT host
     PATTERN "expected.csv" EXCLUDE PATTERN "*.args" EXCLUDE)
+
+  foreach(tool plot events)
+    install(PROGRAMS scripts/${tool}
+      DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME scanhost-${tool} COMPONENT tools)
+    install(FILES docs/man/scanhost-${tool}.1
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  endforeach()
+  install(FILES scripts/tracefile.py DESTINATION share/scanhost COMPONENT tools)
 endif()
