@@ -38,8 +38,8 @@ int run(const RunOptions& options) {
 
   Notifier notifier;
   if (notifier.watchdog() > Notifier::Nanoseconds::zero() && program.scan * 2 > notifier.watchdog())
-    throw Failure(program.path + ": the scan takes " + format_duration(program.scan) +
-                  ", and the watchdog waits for less than two; set WatchdogSec to more");
+    throw Rejection(program.path + ": a scan of " + format_duration(program.scan) +
+                    ", and a watchdog that waits for less than two; set WatchdogSec to more\n");
 
   catch_stop_signals();
   ScanCount count;
