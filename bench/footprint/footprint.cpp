@@ -11,14 +11,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 
 #include "tests/support/sequence.h"
 
 using scanblocks::BlockInfo;
 
-// The probes' commands do nothing, and their output is a file of the sequence. Nothing else comes
+// The probes' commands do nothing, and their RAM disk is the working directory. Nothing else comes
 // between the library and the C library, as it would be measured too.
 extern "C" __attribute__((visibility("default"))) int system(const char*) { return 0; }
 extern "C" __attribute__((visibility("default"))) int open(const char* path, int flags, ...) {
@@ -27,7 +26,7 @@ extern "C" __attribute__((visibility("default"))) int open(const char* path, int
   va_start(arguments, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return next(strncmp(path, "/mnt/ramdisk/", 13) == 0 ? probe_file.c_str() : path, flags, mode);
+  return next(strncmp(path, "/mnt/ramdisk/", 13) == 0 ? path + 13 : path, flags, mode);
 }
 
 namespace {
@@ -82,8 +81,7 @@ void counted_call(Rig& rig) {
 void usual_calls(const BlockInfo& block) {
   Random random(1);
   Rig rig(block.name);
-  probe_file = rig.directory() / "probe";
-  std::ofstream(probe_file) << "Mem: 255000 120000 135000\n/dev/sda1 7000000 100 6500000\n";
+  write_probes(rig, "Mem: 255000 120000 135000\n/dev/sda1 7000000 100 6500000\n");
   fake_clock = {};
   fake_clock.set(kTraceStart);
   for (int i = 0; i < 24; ++i) {

@@ -27,21 +27,25 @@ class Fault : public StatefulBlock {
   }
 };
 
+void call(Subject& subject, const std::function<int(Call, std::size_t&)>& meddling) {
+  subject.reset();
+  meddle = meddling;
+  subject.call();
+  meddle = nullptr;
+}
+
 TEST_P(Fault, OneAtEverySystemCall) {
   each_shape([](Subject& subject, Shape) {
     for (const int error : {EIO, ENOSPC, EMFILE, EINTR, 0, -1}) {
       for (int at = 1;; ++at) {
         int calls = 0;
         Call hit{};
-        meddle = [&](Call call, std::size_t& size) {
+        call(subject, [&](Call call, std::size_t& size) {
           if (++calls != at) return 0;
           hit = call;
           if (error <= 0 && size > 1) size = error == 0 ? 1 : size - size / 3;  // a short one
           return std::max(error, 0);
-        };
-        subject.reset();
-        subject.call();
-        meddle = nullptr;
+        });
         if (calls < at) {
           EXPECT_GE(at, 5);  // open, read or open, pwrite, close
           break;
@@ -67,13 +71,10 @@ TEST_P(Fault, OneAtEverySystemCall) {
 TEST_P(Fault, EveryCallInterruptedAndInPieces) {
   each_shape([](Subject& subject, Shape) {
     int calls = 0;
-    meddle = [&](Call, std::size_t& size) {
+    call(subject, [&](Call, std::size_t& size) {
       size = std::min<std::size_t>(size, 1 + static_cast<std::size_t>(calls) % 5);
       return ++calls % 2 == 1 ? EINTR : 0;
-    };
-    subject.reset();
-    subject.call();
-    meddle = nullptr;
+    });
     EXPECT_TRUE(subject.outputs_right());
     EXPECT_TRUE(subject.state() == subject.after);
   });
@@ -83,15 +84,12 @@ TEST_P(Fault, DiskFullAfterAnyByte) {
   each_shape([](Subject& subject, Shape) {
     for (std::size_t bytes = 1; bytes < subject.after->size(); bytes += bytes % 96 < 94 ? 19 : 1) {
       int writes = 0, interrupted = 0;
-      meddle = [&](Call call, std::size_t& size) {
+      call(subject, [&](Call call, std::size_t& size) {
         if (call == Call::kTruncate) return ++interrupted == 1 ? EINTR : 0;
         if (call != Call::kWrite) return 0;
         if (++writes == 1) size = bytes;
         return writes == 2 ? ENOSPC : writes == 3 ? EINTR : 0;
-      };
-      subject.reset();
-      subject.call();
-      meddle = nullptr;
+      });
       EXPECT_GE(writes, 2);
       EXPECT_TRUE(subject.outputs_right());
       EXPECT_TRUE(subject.state() == subject.before) << bytes;

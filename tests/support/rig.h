@@ -60,6 +60,8 @@ class Rig {
   std::filesystem::path file() const;
   std::string bytes() const;
   Records records() const;
+  // Whether the file is exactly the records of the block, each with a value and padded with zeros.
+  bool has_own_records() const;
   std::string state(const std::string& key) const;
   void write_bytes(const std::string& bytes) const;
   void write_records(const Records& records) const { write_bytes(image(records)); }
@@ -89,9 +91,9 @@ inline std::string block_name(const testing::TestParamInfo<const scanblocks::Blo
 // t is in seconds from kTraceStart; a column utc takes its place with times such as
 // 2026-03-29T00:58:00. Inputs stay as they are where a row has "-"; an output or key
 // with "-" is not compared. State keys are compared as texts, outputs as numbers ("nan" and "inf"
-// included). An input column "Key=" is a record: a row that gives any has the call find a file of
-// just these. "#step" is by how many seconds each reading moves the clock on, "#clock" how many
-// readings the call made.
+// included), or bit by bit with a pattern such as #7FF0000000000001. An input column "Key=" is a
+// record: a row that gives any has the call find a file of just these. "#step" is by how many
+// seconds each reading moves the clock on, "#clock" how many readings the call made.
 inline constexpr double kTraceStart = 1700000000;
 void trace(Rig& rig, const std::string& table);
 void trace(const std::string& block, const Values& inputs, const std::string& table);

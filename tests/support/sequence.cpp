@@ -174,17 +174,19 @@ std::string Sequence::probe_output() {
   return text;
 }
 
-std::string probe_file;
+void write_probes(const Rig& rig, const std::string& output) {
+  std::filesystem::current_path(rig.directory());
+  for (const char* file : {"ReadFreeRAM.txt", "ReadFreeSD.txt"}) std::ofstream(file) << output;
+}
 
 void run_sequences(const scanblocks::BlockInfo& block, const std::function<void(Rig&)>& call) {
+  const bool sysinfo = std::string_view(block.family) == "sysinfo";
   for (int number = 0; number < Sequence::kSequences; ++number) {
     Rig rig(block.name);
     Sequence sequence(rig, number);
-    probe_file = rig.directory() / "probe";
     for (int i = 0; i < Sequence::kCalls; ++i) {
       sequence.prepare();
-      if (std::string_view(block.family) == "sysinfo")
-        std::ofstream(probe_file) << sequence.probe_output();
+      if (sysinfo) write_probes(rig, sequence.probe_output());
       fake_clock.readings = 0;
       call(rig);
       sequence.damage();

@@ -49,8 +49,8 @@ class Sequence {
   std::int64_t pace_;  // usual microseconds from call to call
 };
 
-// The file that stands for the output of the probes, where the program's own open asks for it.
-extern std::string probe_file;
+// The output of the probes, in the working directory: the RAM disk of this program's own open.
+void write_probes(const Rig& rig, const std::string& output);
 
 // Goes through all sequences of a block; `call` makes each call.
 void run_sequences(const scanblocks::BlockInfo& block, const std::function<void(Rig&)>& call);

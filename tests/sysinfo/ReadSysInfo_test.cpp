@@ -1,75 +1,49 @@
-// ReadSysInfo and its probes, with the tests' own `free` and `df` in front of the platform's. They
-// need the fixed directory /mnt/ramdisk: made for the tests and removed, or the tests are skipped.
-// A lock keeps tests of the probes that run at the same time from mixing their files.
-#include <fcntl.h>
-#include <signal.h>
-#include <stdlib.h>
-#include <sys/file.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cerrno>
+// ReadSysInfo and its probes, with the tests' own `free` and `df`.
 #include <fstream>
+#include <map>
 
+#include "tests/support/interpose.h"
 #include "tests/support/rig.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kDisk = "/mnt/ramdisk";
-
 class Probes : public testing::Test {
  protected:
-  void SetUp() override {
-    const fs::path lock = fs::temp_directory_path() / "scanblocks-ramdisk.lock";
-    lock_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    ASSERT_EQ(flock(lock_, LOCK_EX), 0) << lock;
-    std::error_code failed;
-    made_ = fs::create_directory(kDisk, failed);
-    if (std::ofstream(kDisk / "scanblocks-test").fail())
-      GTEST_SKIP() << kDisk << " is missing or not writable: run as root, or make it";
-    fs::remove(kDisk / "scanblocks-test");
-    setenv("PATH", (commands_.path().string() + ":" + path_).c_str(), 1);
+  Probes() {
+    fs::current_path(disk_.path());
+    shell = [this](const std::string& command) { return run(command); };
   }
-  void TearDown() override {
-    setenv("PATH", path_.c_str(), 1);
-    for (const char* file : {"ReadFreeRAM.txt", "ReadFreeSD.txt"}) fs::remove(kDisk / file);
-    if (made_) fs::remove(kDisk);
-    close(lock_);
+  ~Probes() override {
+    shell = nullptr;
+    fs::current_path("/");
   }
 
-  // The command prints `output` and leaves a line in the file "calls".
-  void command(const std::string& name, const std::string& output) const {
-    const fs::path file = commands_.path() / name;
-    std::ofstream(commands_.path() / (name + ".txt")) << output;
-    std::ofstream(file) << "#!/bin/sh\necho " << name << " >> " << commands_.path() / "calls"
-                        << "\ncat " << commands_.path() / (name + ".txt") << "\n";
-    fs::permissions(file, fs::perms::owner_all);
-  }
-  std::string calls() const {
-    std::ifstream stream(commands_.path() / "calls");
-    std::string all;
-    for (std::string line; std::getline(stream, line);) all += line + " ";
-    return all;
-  }
-  std::int32_t ram(const std::string& output) const {
-    command("free", output);
-    return free_ram();
-  }
-  std::int32_t sd(const std::string& output) const {
-    command("df", output);
-    return free_sd();
-  }
+  std::int32_t ram(const std::string& output) { return call("ReadFreeRAM", "free", output); }
+  std::int32_t sd(const std::string& output) { return call("ReadFreeSD", "df", output); }
 
-  bool made_ = false;
-  std::int32_t (*const free_ram)() = reinterpret_cast<std::int32_t (*)()>(exported("ReadFreeRAM"));
-  std::int32_t (*const free_sd)() = reinterpret_cast<std::int32_t (*)()>(exported("ReadFreeSD"));
+  std::map<std::string, std::string> outputs;  // of the commands
+  std::string calls;
 
  private:
-  const std::string path_ = getenv("PATH");
-  TemporaryDirectory commands_;
-  int lock_ = -1;
+  // As a shell does it, with the result of system() where SIGCHLD is ignored.
+  int run(const std::string& command) {
+    for (const auto& [name, file] :
+         {std::pair("free", "ReadFreeRAM.txt"), {"df", "ReadFreeSD.txt"}}) {
+      if (command == std::string("rm /mnt/ramdisk/") + file) fs::remove(file);
+      if (command != std::string(name) + " >> /mnt/ramdisk/" + file) continue;
+      calls += std::string(name) + " ";
+      std::ofstream(file, std::ios::app) << outputs[name];
+    }
+    return -1;
+  }
+  std::int32_t call(const char* probe, const char* command, const std::string& output) {
+    outputs[command] = output;
+    return reinterpret_cast<std::int32_t (*)()>(exported(probe))();
+  }
+
+  TemporaryDirectory disk_;
 };
 
 TEST_F(Probes, ReadTheThirdNumberOfTheLine) {
@@ -96,31 +70,20 @@ TEST_F(Probes, ReadTheThirdNumberOfTheLine) {
   for (const auto& [output, result] : storage) EXPECT_EQ(sd(output), result) << output;
 }
 
-TEST_F(Probes, LeaveNoChildAndNoOpenFile) {
+TEST_F(Probes, FailWithoutTheirDirectoryAndLeaveNoFileOpen) {
   const auto open_files = [] {
     return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
   };
   const auto before = open_files();
-  for (const auto handler : {SIG_IGN, SIG_DFL}) {  // ignored, system() itself reports a failure
-    signal(SIGCHLD, handler);
-    EXPECT_EQ(ram("Mem: 1 2 3"), 3);
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-    EXPECT_EQ(errno, ECHILD);
-  }
+  EXPECT_EQ(sd("/dev/sda1 1 2 3"), 3);
+  EXPECT_EQ(ram("Mem: 1 2 4"), 4);
+  fs::current_path("/proc");
+  EXPECT_EQ(ram("Mem: 1 2 4"), -1);
   EXPECT_EQ(open_files(), before);
 }
 
-TEST_F(Probes, FailWithoutTheirDirectory) {
-  if (!made_) GTEST_SKIP() << kDisk << " is not the tests' own";
-  command("free", "Mem: 1 2 3");
-  fs::remove(kDisk);
-  EXPECT_EQ(free_ram(), -1);
-  fs::create_directory(kDisk);
-}
-
 TEST_F(Probes, AreRunBySysInfoAtItsInterval) {
-  command("free", "Mem: 1 2 135000");
-  command("df", "/dev/sda1 5 6 7000 8%");
+  outputs = {{"free", "Mem: 1 2 135000"}, {"df", "/dev/sda1 5 6 7000 8%"}};
   Rig rig("ReadSysInfo", {{"Enable", 1}, {"SampleInterval", 60000}});
   trace(rig, R"(
     t       Enable | FreeRam FreeSD CPUUsage #clock | FreeRam       FreeSD      TmpTime
@@ -131,10 +94,9 @@ TEST_F(Probes, AreRunBySysInfoAtItsInterval) {
     60.001     1   | 135000  7000   0          3    | 135000.000000 7000.000000 3487978081
     61         1   | 135000  7000   0          2    | -             -           3487978081
   )");
-  EXPECT_EQ(calls(), "df free ");
+  EXPECT_EQ(calls, "df free ");
 
-  command("df", "nothing");
-  command("free", "Mem: 1 2 99");
+  outputs = {{"free", "Mem: 1 2 99"}, {"df", "nothing"}};
   trace(rig, R"(
     t      SampleInterval Enable | FreeRam FreeSD #clock | FreeSD   TmpTime
     61            0          1   | 99      0        3    | 0.000000 3487979080     failed: 0
