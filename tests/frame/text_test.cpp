@@ -64,7 +64,8 @@ TEST(Text, NumbersAgreeWithTheCLibrary) {
     // A number with six decimals that halves the last one, as near as a double comes to it.
     format((static_cast<double>(random() >> (30 + bits % 30)) + 0.5) / 1e6);
     // Any number of digits before and behind the point.
-    parse(std::to_string(random() >> (random() % 64)) + '.' + std::string(random() % 9, '0') +
+    parse(std::to_string(random() >> (random() % 64)) + '.' +
+          std::string(static_cast<std::size_t>(random() % 9), '0') +
           std::to_string(random() >> (24 + random() % 40)));
   }
 }
