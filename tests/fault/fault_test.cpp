@@ -118,10 +118,10 @@ TEST_P(Fault, FileSizeLimit) {
   });
 }
 
-TEST_P(Fault, WithoutRights) {
+TEST_P(Fault, AnotherOwnersFile) {
   each_shape([](Subject& subject, Shape) {
     chmod(subject.rig.directory().c_str(), 0755);
-    for (const mode_t mode : {0444u, 0000u}) {
+    for (const mode_t mode : {0444u, 0000u, 0666u}) {
       subject.reset();
       chmod(subject.rig.file().c_str(), mode);
       EXPECT_EQ(in_child([&] {
@@ -131,7 +131,8 @@ TEST_P(Fault, WithoutRights) {
                   return !subject.outputs_set() || (readable && !subject.outputs_right()) ? 1 : 0;
                 }),
                 0);
-      EXPECT_TRUE(subject.state() == subject.before);
+      const bool writable = mode == 0666 && subject.before;
+      EXPECT_TRUE(subject.state() == (writable ? subject.after : subject.before));
     }
   });
 }
