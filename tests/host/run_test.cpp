@@ -108,9 +108,10 @@ TEST(Run, AccountsForEveryDeadline) {
       "[program]\nscan = \"50ms\"\n[signals]\nOne = { value = 1 }\n"
       "[[block]]\nname = \"Start\"\ntype = \"Clock\"\n"
       "[[block]]\nname = \"Slow\"\ntype = \"PID\"\nin = { Enable = 5 }\n"
+      "[[block]]\nname = \"End\"\ntype = \"Clock\"\n"
       "[outputs]\nOne = { from = \"One\", file = \"one\" }\n"
       "Count = { from = \"Slow.Q\", file = \"count\" }\n"
-      "[trace]\nrecord = [\"Slow.Q\", \"Start.Ms\"]\n"
+      "[trace]\nrecord = [\"Slow.Q\", \"Start.Ms\", \"End.Ms\"]\n"
       "[types.Clock]\nlibrary = \"" SLOW_BLOCK_LIBRARY "\"\noutputs = [\"Ms\"]\n");
   host.start("run p.toml --for 3s --trace t.csv --library " SLOW_BLOCK_LIBRARY);
   EXPECT_TRUE(host.eventually("one", "1\n"));
@@ -131,32 +132,36 @@ TEST(Run, AccountsForEveryDeadline) {
   std::istringstream trace(host.read("t.csv"));
   std::string line;
   std::getline(trace, line);
-  std::vector<double> starts;
+  std::vector<double> starts, ends;
   double origin = end;  // of the deadlines, a little before: no scan begins before its own
   while (std::getline(trace, line)) {
-    double count = 0, start = 0;
-    std::sscanf(line.c_str(), "%*[^,],%lf,%lf", &count, &start);
+    double count = 0, start = 0, scanned = 0;
+    std::sscanf(line.c_str(), "%*[^,],%lf,%lf,%lf", &count, &start, &scanned);
     origin = std::min(origin, start - 50.0 * static_cast<double>(starts.size()) - 1.0);
     starts.push_back(start);
+    ends.push_back(scanned);
     EXPECT_EQ(count, static_cast<double>(starts.size()));
   }
   ASSERT_EQ(static_cast<long>(starts.size()), scans);
   EXPECT_EQ(host.read("count"), std::to_string(scans) + "\n");
   const auto index = [&](double time) { return static_cast<long>((time - origin) / 50.0); };
   const long last = index(starts.back());
-  long gaps = 0;
+  long gaps = 0, unclear = 0;
   for (std::size_t i = 1; i < starts.size(); ++i) {
     const long step = index(starts[i]) - index(starts[i - 1]);
     EXPECT_GE(step, 1) << "caught up, row " << i;
     gaps += step > 1;
+    // Woken late just at a deadline: the scan may have been taken for that of the one before.
+    unclear +=
+        index(starts[i]) > index(ends[i - 1]) + 1 && index(starts[i] - 3.0) < index(starts[i]);
   }
   EXPECT_GE(gaps, 5);
-  const long deadlines = scans + skipped;  // the end of the last scan is known roughly
-  EXPECT_GE(deadlines, index(starts.back() + 4.0) + 1);
+  const long deadlines = scans + skipped;
+  EXPECT_GE(deadlines, index(ends.back() - 1.0) + 1);
   EXPECT_LE(deadlines, index(end) + 1);
   EXPECT_GE(deadlines, 60);  // --for counts the skipped ones
   EXPECT_LT(index(starts.end()[-2]), 59);
-  EXPECT_EQ(overruns, gaps + (deadlines > last + 1));
+  EXPECT_LE(std::abs(overruns - gaps - (deadlines > last + 1)), unclear);
 }
 
 TEST(Run, ReportsAnOutputOnceAndTriesItAgain) {
