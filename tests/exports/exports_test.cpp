@@ -60,7 +60,7 @@ TEST(Exports, AreDeclaredWithTheirPins) {
 }
 
 TEST(Exports, NeedTheCLibraryAlone) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef SCANBLOCKS_SANITIZED
   GTEST_SKIP() << "the sanitizers bring libraries of their own";
 #endif
   for (const std::string& needed :
