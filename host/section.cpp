@@ -63,10 +63,10 @@ std::optional<Duration> Section::duration(const std::string& key) {
   if (found == nullptr) return {};
   const std::optional<Duration> duration = parse_duration(found->text);
   if (duration && *duration > Duration::zero()) return duration;
-  problems_.add(
-      found->at,
-      "'" + key + "' of " + title_ + " is \"" + found->text + "\", which is no positive duration",
-      std::string("write a number with its unit, ") + kDurationExamples);
+  problems_.add(found->at,
+                "'" + key + "' of " + title_ + " is \"" + found->text +
+                    "\", which is no positive duration up to 36500d",
+                std::string("write a number with its unit, ") + kDurationExamples);
   return {};
 }
 
@@ -79,7 +79,7 @@ const Value* Section::table(const std::string& key) {
 const Value* Section::list(const std::string& key) {
   return value(
       key, [](const Value& v) { return v.kind == Value::Kind::kArray; },
-      "write a list: " + key + " = [ ... ]");
+      "write a list: " + key + " = [ ... ], or [[" + key + "]] before each table");
 }
 
 void Section::require(const std::string& key, const std::string& example) {

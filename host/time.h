@@ -12,7 +12,7 @@ using Duration = std::chrono::microseconds;
 using Time = std::chrono::sys_time<Duration>;  // wall clock, UTC
 
 // "100ms", "1s", "10m", "1h", "1d", "1.5s", "12m30s"; units us, ms, s, m or min, h, d, from the
-// largest to the smallest. Nothing for anything else, and for more than a million days.
+// largest to the smallest. Nothing for anything else, and for more than 36500 days.
 std::optional<Duration> parse_duration(std::string_view text);
 std::string format_duration(Duration duration);
 
