@@ -29,6 +29,7 @@ void catch_stop_signals() {
       sigaction(number, &action, nullptr);
   }
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool stop_requested() { return stop != 0; }

@@ -6,7 +6,7 @@
 namespace scanhost {
 
 // From here on the three signals only set a mark; one that was ignored stays ignored. A closed pipe
-// shows as a write error.
+// and a limit of the file size show as write errors.
 void catch_stop_signals();
 bool stop_requested();
 
