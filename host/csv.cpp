@@ -33,6 +33,12 @@ std::vector<std::string_view> split(std::string_view line) {
   }
 }
 
+// Why the first line could not be read; a directory opens and cannot be read.
+std::string no_header(const std::ifstream& stream) {
+  if (!stream.is_open()) return std::strerror(errno);
+  return stream.bad() ? std::strerror(EISDIR) : "no header line";
+}
+
 std::vector<std::string> names_in(std::string_view header) {
   if (header.starts_with("\xEF\xBB\xBF")) header.remove_prefix(3);
   std::vector<std::string> names;
@@ -49,9 +55,7 @@ class SeriesReader {
     std::ifstream stream(path_);
     std::string line;
     if (!std::getline(stream, line)) {
-      problems_.add(at_,
-                    "'" + path_ + "' cannot be read: " +
-                        (stream.is_open() ? "no header line" : std::strerror(errno)),
+      problems_.add(at_, "'" + path_ + "' cannot be read: " + no_header(stream),
                     "give a CSV file whose first line names the columns; the path is relative to "
                     "the program");
       return {};
@@ -115,7 +119,8 @@ class SeriesReader {
     if (!time) return;
     if (!series_.times.empty() && *time < series_.times.back()) {
       report("the time '" + std::string(fields[0]) + "' lies before that of the row above",
-             "sort the rows by time");
+             "sort the rows by time; local times around a change of the clock need an offset, such "
+             "as +02:00");
       return;
     }
     if (fields.size() <= column_) {
@@ -154,9 +159,7 @@ std::vector<std::string> read_columns(const std::string& path, Problems& problem
   std::ifstream stream(path);
   std::string line;
   if (!std::getline(stream, line)) {
-    problems.add({},
-                 stream.is_open() ? "there is no header line"
-                                  : std::string("cannot be read: ") + std::strerror(errno),
+    problems.add({}, "cannot be read: " + no_header(stream),
                  "give a CSV file whose first line names the columns");
     return {};
   }

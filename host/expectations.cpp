@@ -61,7 +61,7 @@ class ExpectationReader {
                       std::string("write a number with its unit, ") + kDurationExamples);
       expectation.after = after.value_or(Duration{});
     }
-    tolerance_ = section.number("tolerance").value_or(0.0);
+    tolerance_ = read_tolerance(section).value_or(0.0);
     expectation.name = section.text("name").value_or("");
     for (const Entry& entry : table.entries)
       if (entry.key != "at" && entry.key != "tolerance" && entry.key != "name")
@@ -76,6 +76,14 @@ class ExpectationReader {
     for (const SignalSpec& signal : program_.signals)
       if (signal.name == name) return true;
     return false;
+  }
+
+  std::optional<double> read_tolerance(Section& section) {
+    const std::optional<double> tolerance = section.number("tolerance");
+    if (!tolerance || *tolerance >= 0) return tolerance;
+    problems_.add(section.entry("tolerance").value.at,
+                  "the tolerance is " + number_text(*tolerance), "write 0 or more");
+    return 0.0;
   }
 
   void read_value(const std::string& name, const Entry& entry, Expectation& expectation) {
@@ -124,7 +132,7 @@ class ExpectationReader {
   void read_range(Expectation::Wanted& wanted, const Value& value) {
     Section section(value, value.at, "the range of '" + wanted.name + "'", problems_);
     const auto exact = section.number("value");
-    const auto tolerance = section.number("tolerance");
+    const auto tolerance = read_tolerance(section);
     const auto min = section.number("min");
     const auto max = section.number("max");
     section.finish();

@@ -215,6 +215,12 @@ std::vector<std::string> state_files(const std::string& path) {
 
 StateView read_state(const std::string& path, Time now) {
   StateView view{.path = path, .name = parse_state_name(path)};
+  std::error_code no_error;
+  const bool is_file = std::filesystem::is_regular_file(path, no_error);
+  if (!is_file && std::filesystem::exists(path, no_error)) {
+    view.damage.push_back("no regular file");
+    return view;
+  }
   const std::string bytes = read_bytes(path);
   const scanblocks::BlockInfo* block = view.name.block;
   if (block == nullptr) {

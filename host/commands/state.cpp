@@ -82,7 +82,10 @@ std::string directory_of(const std::string& path) {
 StateDir lock_directory_of(const std::string& path) {
   std::error_code no_error;
   if (!std::filesystem::is_regular_file(path, no_error))
-    throw Failure(path + ": " + std::strerror(ENOENT) + "; name a state file");
+    throw Failure(
+        path + ": " +
+        (std::filesystem::exists(path, no_error) ? "no regular file" : std::strerror(ENOENT)) +
+        "; name a state file");
   return StateDir(directory_of(path));
 }
 
