@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <utility>
@@ -44,7 +45,8 @@ StateDir::StateDir(std::string path) : path_(std::move(path)) {
   const std::string process = std::to_string(getpid()) + "\n";
   if (ftruncate(lock_, 0) < 0 ||
       pwrite(lock_, process.data(), process.size(), 0) != static_cast<ssize_t>(process.size()))
-    return;  // the number only helps the message above
+    std::fprintf(stderr, "state directory %s: %s; blocks remember nothing while that lasts\n",
+                 path_.c_str(), std::strerror(errno));
 }
 
 StateDir StateDir::temporary() {
