@@ -1,11 +1,13 @@
 // Reads a control program: [program], [signals], [[block]], [outputs], [trace];
 // types.h reads [types], expectations.h reads [test] and [[expect]].
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "host/document.h"
 #include "host/expectations.h"
 #include "host/program.h"
+#include "host/report_file.h"
 #include "host/section.h"
 #include "host/types.h"
 #include "host/wiring.h"
@@ -227,6 +229,14 @@ class ProgramReader {
     }
     if (const auto file = section.text("file")) {
       output.path = beside_program(*file);
+      const auto reads_it = [&](const SignalSpec& signal) {
+        return signal.kind == SignalSpec::Kind::kSeries && is_same_file(signal.path, output.path);
+      };
+      if (is_same_file(program_.path, output.path) ||
+          std::ranges::any_of(program_.signals, reads_it))
+        problems_.add(section.entry("file").value.at,
+                      "the output would overwrite '" + output.path + "', which the program reads",
+                      "give it another file");
       for (const OutputSpec& other : program_.outputs)
         if (other.path == output.path)
           problems_.add(section.entry("file").value.at,
@@ -234,6 +244,9 @@ class ProgramReader {
                         "give each output a file of its own");
     }
     output.safe = section.number("safe");
+    if (output.safe && !std::isfinite(*output.safe))
+      problems_.add(section.entry("safe").value.at, "the safe value is not finite",
+                    "write a number that the output can take: safe = 0");
     section.finish();
     program_.outputs.push_back(std::move(output));
   }
@@ -277,8 +290,8 @@ class ProgramReader {
 
   // Dots and slashes have a meaning in wires.
   void check_name(const std::string& name, const std::string& what, Position at) {
-    if (name.find('.') != std::string::npos || name.find(',') != std::string::npos)
-      problems_.add(at, "the " + what + " name '" + name + "' has a '.' or ','",
+    if (name.find_first_of(".,\r\n") != std::string::npos)
+      problems_.add(at, "the " + what + " name '" + name + "' has a '.', ',' or line break",
                     "wires and traces could not name it; write another character");
   }
 

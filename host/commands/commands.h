@@ -76,6 +76,10 @@ int state_reset(const StateOptions& options);
 void report_figures(const Figures& figures, const Program& program, const ScanOptions& options,
                     std::FILE* stream);
 
+// Before the scan begins: throws Rejection if the trace or the figures would overwrite what the
+// program reads, Failure if the figures could not be written.
+void check_files(const Program& program, const ScanOptions& options, const std::string& trace);
+
 // Where the recorded values with a date begin; nothing if none have one.
 std::optional<Time> recorded_start(const Program& program);
 

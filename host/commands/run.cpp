@@ -1,14 +1,13 @@
 // scanhost run: scans in real time until stopped.
 #include <malloc.h>
 
-#include <cerrno>
 #include <cinttypes>
 #include <cstdio>
-#include <cstring>
 
 #include "host/commands/commands.h"
 #include "host/library.h"
 #include "host/realtime.h"
+#include "host/report_file.h"
 #include "host/scan.h"
 #include "host/state_dir.h"
 #include "host/stop.h"
@@ -24,19 +23,21 @@ std::uint64_t scans_of(const ScanOptions& options, Duration period) {
 void report_figures(const Figures& figures, const Program& program, const ScanOptions& options,
                     std::FILE* stream) {
   if (options.stats) std::fputs(figures_table(figures, program).c_str(), stream);
-  if (options.stats_json.empty()) return;
-  std::FILE* file = std::fopen(options.stats_json.c_str(), "w");
-  bool written = file != nullptr && std::fputs(figures_json(figures, program).c_str(), file) >= 0;
-  if (file != nullptr) written = std::fclose(file) == 0 && written;
-  if (!written) throw Failure(options.stats_json + ": " + std::strerror(errno));
+  if (!options.stats_json.empty()) write_report(options.stats_json, figures_json(figures, program));
+}
+
+void check_files(const Program& program, const ScanOptions& options, const std::string& trace) {
+  if (!trace.empty() && trace != "-") keep_sources(program, trace);
+  if (!options.stats_json.empty()) check_report(program, options.stats_json);
 }
 
 int run(const RunOptions& options) {
   Program program = read_program(options.program);
   if (!options.state.empty()) program.state_dir = options.state;
   load_functions(program, options.library);
-  const StateDir state(program.state_dir);
   const std::string trace = options.trace.empty() ? program.trace.path : options.trace;
+  check_files(program, options, trace);
+  const StateDir state(program.state_dir);
 
   Notifier notifier;
   if (notifier.watchdog() > Notifier::Nanoseconds::zero() && program.scan * 2 > notifier.watchdog())

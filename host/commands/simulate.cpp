@@ -41,6 +41,13 @@ std::uint64_t scans_to_end(const Program& program, Time start) {
   return end < Duration::zero() ? 0 : static_cast<std::uint64_t>(end / program.scan) + 1;
 }
 
+// Times have four digits for the year.
+constexpr Time kLastDay = std::chrono::sys_days(std::chrono::year(9999) / 12 / 31);
+
+std::uint64_t scans_to(Time end, Time start, Duration scan) {
+  return end < start ? 1 : static_cast<std::uint64_t>((end - start) / scan) + 1;
+}
+
 std::string trace_path(const SimulateOptions& options, const Program& program) {
   if (!options.trace.empty()) return options.trace;
   return program.trace.path.empty() ? "-" : program.trace.path;
@@ -58,9 +65,14 @@ int simulate(const SimulateOptions& options) {
     throw Rejection(
         "scanhost: the program has no recorded values that would end the simulation; "
         "say how long: --for 1h or --cycles 1000\n");
+  if (scans > scans_to(kLastDay, start, program.scan))
+    throw Rejection(
+        "scanhost: the simulation would go on beyond the year 9999; give a shorter --for or "
+        "--cycles\n");
   load_functions(program, options.library);
-  const StateDir state = options.state.empty() ? StateDir::temporary() : StateDir(options.state);
   const std::string trace = trace_path(options, program);
+  check_files(program, options, trace);
+  const StateDir state = options.state.empty() ? StateDir::temporary() : StateDir(options.state);
 
   catch_stop_signals();
   std::uint64_t done = 0;

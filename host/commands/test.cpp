@@ -1,14 +1,13 @@
 // scanhost test: holds a program against its own expectations, on the simulated clock and with
 // memory of its own.
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "host/clock.h"
 #include "host/commands/commands.h"
 #include "host/expectations.h"
 #include "host/library.h"
+#include "host/report_file.h"
 #include "host/scan.h"
 #include "host/state_dir.h"
 #include "host/stop.h"
@@ -50,10 +49,7 @@ void write_junit(const std::string& path, const std::string& suite, const std::v
                : "><failure message=\"" + escaped(one.failures) + "\"/></testcase>\n";
   }
   xml += "</testsuite>\n";
-  std::FILE* file = std::fopen(path.c_str(), "w");
-  bool written = file != nullptr && std::fputs(xml.c_str(), file) >= 0;
-  if (file != nullptr) written = std::fclose(file) == 0 && written;
-  if (!written) throw Failure(path + ": " + std::strerror(errno));
+  write_report(path, xml);
 }
 
 Case compare(const Expectation& expectation, const Program& program, const Scan& scan) {
@@ -79,6 +75,7 @@ int test(const TestOptions& options) {
                     ": the program expects nothing; add [[expect]] with at = \"10s\" and "
                     "\"Block.Pin\" = 1\n");
   load_functions(program, options.library);
+  if (!options.junit.empty()) check_report(program, options.junit);
   // Never the present: the test has to give the same every day.
   Time start = *parse_time("2024-01-01");
   if (const auto recorded = recorded_start(program)) start = *recorded;

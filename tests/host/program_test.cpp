@@ -26,6 +26,7 @@ Level = { file = "level" }
 const char* const kMistakes = R"(
 Flow = { csv = "recorded.csv", column = "m3" } -> 11:41: 'recorded.csv' has no column 'm3'; did you mean 'm3h'?
 Flow = { csv = "none.csv" } -> 11:16: 'none.csv' cannot be read: No such file or directory
+Flow = { csv = "." } -> 11:16: '.' cannot be read: Is a directory
 Flow = { csv = "bad.csv" } -> bad.csv:3: 'x' is no number; write one with a decimal point
 Flow = { csv = "back.csv" } -> back.csv:3: the time '1' lies before that of the row above
 Flow = { csv = "mixed.csv" } -> mixed.csv:3: '2024-01-01' is no time like that of the
@@ -47,8 +48,11 @@ Level = { value = 1 } -> 11:9: cannot redefine existing table 'Level'; each name
 [[block]] ; name = "B" ; type = "PID" ; in = { Kp = "Loop" } -> 14:13: the wire 'Loop' names a block without a pin; write "Loop.Q"
 [[block]] ; name = "Loop" ; type = "PID" ; group = "G" ; [outputs] ; O = { from = "Loop.Q", file = "o" } ; [[block]] ; name = "Loop" ; type = "PID" ; group = "H" ; in = { Kp = "Loop.Q" } ; [trace] ; record = ["I/Loop.Q"] -> 23:11: the wire 'I/Loop.Q' leads to nothing
 [outputs] ; Valve = { from = "Level.okay", file = "v" } -> 12:18: the wire 'Level.okay' le
+[outputs] ; Valve = { from = "Level", file = "v", safe = nan } -> 12:46: the safe value is not
+[outputs] ; Valve = { from = "Level", file = "p.toml" } -> 12:34: the output would overwrite
 [outputs] ; Valve = { from = "Level" } -> 12:1: output 'Valve' has no 'file'; add one: file
 [outputs] ; A = { from = "Level", file = "v" } ; B = { from = "Level", file = "v" } -> 13:30: output 'A' writes the same file; give each output a file of its own
+[trace] ; every = "36501d" -> 12:9: 'every' of [trace] is "36501d", which is no positive dur
 [trace] ; every = "0s" -> 12:9: 'every' of [trace] is "0s", which is no positive duration
 [trace] ; record = ["Level"] ; units = { Lvel = "m" } -> 13:11: 'record' has no 'Lvel'; name
 [types.Scale] ; library = "x.so" ; outputs = ["Q"] -> 11:8: 'Scale' is a block of the catalogue; give the type another name
@@ -64,6 +68,7 @@ Level = { value = 1 } -> 11:9: cannot redefine existing table 'Level'; each name
 [[expect]] ; at = "1s" ; Level = { min = 2, max = 1 } -> 13:9: min is above max
 [[expect]] ; at = "1s" ; Level = { value = 2, max = 1 } -> 13:9: the range of 'Level' is not
 [[expect]] ; at = "1s" ; Level = { low = 1 } -> 13:11: the range of 'Level' has no key 'low'
+[[expect]] ; at = "1s" ; tolerance = -1 ; Level = 1 -> 13:13: the tolerance is -1; write 0 or
 [[expect]] ; at = "soon" ; Level = 1 -> 12:6: 'soon' is no duration
 [[expect]] ; Level = 1 -> 11:1: the expectation has no 'at'
 [[expect]] ; at = "1s" -> 11:1: the expectation names no value

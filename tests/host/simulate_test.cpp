@@ -101,6 +101,8 @@ TEST(Simulate, ReportsATraceThatCannotBeWritten) {
   const Host::Result full = host.run("simulate p.toml --cycles 9 --trace /dev/full");
   EXPECT_EQ(full.status, 1);
   EXPECT_TRUE(has(full.err, "/dev/full: No space left on device; the trace ends here"));
+  EXPECT_EQ(host.run("simulate p.toml --cycles 1 --trace p.toml").status, 2);
+  EXPECT_EQ(host.run("simulate p.toml --for 36500d --start 9999-12-31").status, 2);
   EXPECT_EQ(host.run("simulate p.toml").err.find("scanhost: the program has no recorded values"),
             0u);
 }

@@ -1,0 +1,42 @@
+#include "host/report_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+namespace scanhost {
+namespace {
+
+void write(const std::string& path, const char* mode, const std::string& text) {
+  std::FILE* file = std::fopen(path.c_str(), mode);
+  bool written = file != nullptr && std::fputs(text.c_str(), file) >= 0;
+  if (file != nullptr) written = std::fclose(file) == 0 && written;
+  if (!written) throw Failure(path + ": " + std::strerror(errno));
+}
+
+}  // namespace
+
+bool is_same_file(const std::string& one, const std::string& other) {
+  std::error_code no_error;
+  return std::filesystem::is_regular_file(one, no_error) &&
+         std::filesystem::equivalent(one, other, no_error);
+}
+
+void keep_sources(const Program& program, const std::string& path) {
+  bool is_source = is_same_file(path, program.path);
+  for (const SignalSpec& signal : program.signals)
+    is_source = is_source || (!signal.path.empty() && is_same_file(path, signal.path));
+  if (is_source)
+    throw Rejection("scanhost: " + path +
+                    " is read by the program and would be overwritten; name another file\n");
+}
+
+void check_report(const Program& program, const std::string& path) {
+  keep_sources(program, path);
+  write(path, "a", "");
+}
+
+void write_report(const std::string& path, const std::string& text) { write(path, "w", text); }
+
+}  // namespace scanhost
