@@ -1,9 +1,14 @@
 // The command line of scanhost.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 
 #include "frame/pin.h"
 #include "host/commands/commands.h"
+#include "host/number.h"
 #include "host/problems.h"
 
 namespace {
@@ -12,6 +17,38 @@ using namespace scanhost;
 
 constexpr int kFailed = 1;
 constexpr int kRejected = 2;
+
+// Files that are opened later must not take the numbers of standard streams that are closed.
+void open_standard_streams() {
+  int file = 0;
+  while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
+  if (file >= 0) close(file);
+}
+
+// What was printed may still fail to reach a full disk.
+int flushed(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  std::fputs("scanhost: standard output cannot be written\n", stderr);
+  return std::max(status, kFailed);
+}
+
+// What is wrong with the commands before the first option; empty if they exist.
+std::string unknown_command(const CLI::App& app, int argc, char** argv) {
+  const CLI::App* level = &app;
+  for (int i = 1; i < argc && argv[i][0] != '-'; ++i) {
+    std::vector<std::string> names;
+    const CLI::App* next = nullptr;
+    for (const CLI::App* command : level->get_subcommands([](const CLI::App*) { return true; })) {
+      names.push_back(command->get_name());
+      if (names.back() == argv[i]) next = command;
+    }
+    if (names.empty()) break;
+    if (next == nullptr)
+      return "there is no command '" + std::string(argv[i]) + "'; " + suggest(argv[i], names, "");
+    level = next;
+  }
+  return {};
+}
 
 void add_program(CLI::App& command, ScanOptions& options) {
   command.add_option("PROGRAM", options.program, "control program (TOML)")->required();
@@ -32,7 +69,8 @@ void add_scan(CLI::App& command, ScanOptions& options) {
             options.length = parse_duration(text);
             if (!options.length || *options.length == Duration::zero())
               throw CLI::ValidationError(
-                  "--for", "'" + text + "' is no positive duration; write " + kDurationExamples);
+                  "--for", "'" + text + "' is no positive duration up to 36500d; write " +
+                               kDurationExamples);
           },
           "end after this time: 10m, 1h30m, 1d")
       ->type_name("DURATION")
@@ -110,7 +148,11 @@ void add_replay(CLI::App& app, ReplayOptions& options, int& status) {
       ->check(CLI::ExistingDirectory);
   command
       ->add_option("--tolerance", options.tolerance, "let values differ by this much; default: 0")
-      ->check(CLI::NonNegativeNumber);
+      ->type_name("NUMBER")
+      ->check([](const std::string& text) -> std::string {
+        const std::optional<double> number = parse_number(text);
+        return number && *number >= 0 ? "" : "'" + text + "' is no number from 0 up";
+      });
   command->callback([&] { status = replay(options); });
 }
 
@@ -168,6 +210,7 @@ void add_state(CLI::App& app, StateOptions& options, int& status) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  open_standard_streams();
   CLI::App app("Runs control programs made of function blocks.", "scanhost");
   app.set_version_flag("--version", "scanhost " SCANHOST_VERSION);
   app.require_subcommand(1);
@@ -189,8 +232,12 @@ int main(int argc, char** argv) {
   add_state(app, state_options, status);
   try {
     app.parse(argc, argv);
-    return status;
+    return flushed(status);
   } catch (const CLI::ParseError& error) {
+    if (const std::string wrong = unknown_command(app, argc, argv); !wrong.empty()) {
+      std::fprintf(stderr, "scanhost: %s\n", wrong.c_str());
+      return kRejected;
+    }
     if (error.get_exit_code() != 0) std::fputs("scanhost: ", stderr);
     return app.exit(error) == 0 ? 0 : kRejected;
   } catch (const Rejection& rejection) {
