@@ -288,11 +288,15 @@ class ProgramReader {
     }
   }
 
-  // Dots and slashes have a meaning in wires.
+  // Dots have a meaning in wires; the rest does not pass through a trace.
   void check_name(const std::string& name, const std::string& what, Position at) {
-    if (name.find_first_of(".,\r\n") != std::string::npos)
-      problems_.add(at, "the " + what + " name '" + name + "' has a '.', ',' or line break",
-                    "wires and traces could not name it; write another character");
+    constexpr std::string_view kBlanks = " \t";
+    if (name.empty() || name.find_first_of(".,\"\r\n") != std::string::npos ||
+        kBlanks.find(name.front()) != kBlanks.npos || kBlanks.find(name.back()) != kBlanks.npos)
+      problems_.add(at,
+                    "the " + what + " name '" + name +
+                        "' is empty, has a '.', ',', '\"' or line break, or a blank at an end",
+                    "wires and traces could not name it; write another name");
   }
 
   // A tag becomes part of a file name and travels in a text of 63 characters.

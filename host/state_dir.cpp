@@ -31,6 +31,10 @@ StateDir::StateDir(std::string path) : path_(std::move(path)) {
   std::error_code error;
   std::filesystem::create_directories(path_, error);
   if (error) throw Failure("state directory " + path_ + " cannot be made: " + error.message());
+  // An old lock file opens also where no block can make its file.
+  if (faccessat(AT_FDCWD, path_.c_str(), W_OK | X_OK, AT_EACCESS) < 0)
+    throw Failure("state directory " + path_ + ": " + std::strerror(errno) +
+                  "; it must be writable");
   const std::string lock_path = path_ + kLockName;
   lock_ = open(lock_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (lock_ < 0)

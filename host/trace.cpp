@@ -57,12 +57,22 @@ void Trace::flush() {
     if (count > 0) {
       done += static_cast<std::size_t>(count);
     } else if (count == 0 || errno != EINTR) {
+      const int error = errno;
       failed_ = true;
+      cut_row(done);
       std::fprintf(stderr, "trace %s: %s; the trace ends here, the scan goes on\n", path_.c_str(),
-                   std::strerror(errno));
+                   std::strerror(error));
     }
   }
   buffer_.clear();
+}
+
+// A full disk takes a part of a row, which no reader understands.
+void Trace::cut_row(std::size_t done) {
+  const std::size_t whole = done == 0 ? 0 : buffer_.rfind('\n', done - 1) + 1;
+  if (done == whole) return;
+  const off_t end = lseek(file_, 0, SEEK_CUR);  // fails for a pipe
+  if (end >= 0 && ftruncate(file_, end - static_cast<off_t>(done - whole)) < 0) return;
 }
 
 }  // namespace scanhost

@@ -29,6 +29,7 @@ class Trace {
 
  private:
   void flush();
+  void cut_row(std::size_t done);
 
   std::vector<const double*> sources_;
   std::string path_;

@@ -54,6 +54,8 @@ class Trace:
                             values.append(float(field))
                     except (ValueError, IndexError):
                         sys.exit(f"{path}:{line}: not a time and {len(lists)} numbers; a trace has them in every row")
+        except (UnicodeDecodeError, csv.Error):
+            sys.exit(f"{path}: no trace of scanhost, which is a text in UTF-8")
         except OSError as error:
             sys.exit(f"{path}: {error.strerror}")
         if not self.times:
