@@ -6,6 +6,9 @@
 namespace scanhost {
 namespace {
 
+// Pins behind those that the program names: one that was forgotten does no harm.
+constexpr unsigned kSpare = 16;
+
 std::vector<PinName> read_pins(Section& section, const std::string& key, unsigned first,
                                Problems& problems) {
   std::vector<PinName> pins;
@@ -48,8 +51,8 @@ BlockType read_type(const Entry& entry, const std::string& program, Problems& pr
   if (section.find("outputs") != nullptr && type.outputs.empty())
     problems.add(section.entry("outputs").value.at, "type '" + entry.key + "' has no outputs",
                  "name the output pins from 0 on");
-  type.input_pins = SCANBLOCKS_FIRST_VALUE + static_cast<unsigned>(type.inputs.size());
-  type.output_pins = static_cast<unsigned>(type.outputs.size());
+  type.input_pins = SCANBLOCKS_FIRST_VALUE + static_cast<unsigned>(type.inputs.size()) + kSpare;
+  type.output_pins = static_cast<unsigned>(type.outputs.size()) + kSpare;
   section.finish();
   return type;
 }
