@@ -21,9 +21,10 @@ struct Contender {
   std::function<void(int count)> run;
 };
 
-// Every iteration is a round in which each contender does one batch. A counter per contender has
-// its median in nanoseconds per call. In one round all meet the same machine, so medians of one
-// race compare well where those of two races do not.
+// Every iteration is a round in which each contender does one batch. Two counters per contender
+// have its median and its mean ("NAME-mean") in nanoseconds per call. In one round all meet the
+// same machine, so medians of one race compare well where those of two races do not; a mean has
+// what comes seldom and takes long, such as the checkpoints of a database.
 void race(benchmark::State& state, const std::vector<Contender>& contenders);
 
 // One for each topic; all but the first want a place.

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <numeric>
 
 #include "bench/bench.h"
 
@@ -54,8 +55,11 @@ void race(benchmark::State& state, const std::vector<Contender>& contenders) {
     }
     state.SetIterationTime(times[0].back() * 1e-9);
   }
-  for (std::size_t i = 0; i < contenders.size(); ++i)
+  for (std::size_t i = 0; i < contenders.size(); ++i) {
+    const double sum = std::accumulate(times[i].begin(), times[i].end(), 0.0);
+    state.counters[contenders[i].name + "-mean"] = sum / static_cast<double>(times[i].size());
     state.counters[contenders[i].name] = median(times[i]);
+  }
 }
 
 int main(int count, char** arguments) {
