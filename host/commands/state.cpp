@@ -25,6 +25,13 @@ std::string pad(std::string text, std::size_t width) {
   return text;
 }
 
+// A damaged file may hold what a terminal would obey.
+void put(std::string text) {
+  for (char& c : text)
+    if ((static_cast<unsigned char>(c) < ' ' && c != '\n') || c == '\x7F') c = '?';
+  std::puts(text.c_str());
+}
+
 std::string heading(const StateView& view) {
   return pad(view.name.type, 16) + pad(view.name.group, 12) + pad(view.name.instance, 20);
 }
@@ -34,7 +41,7 @@ void print(const StateView& view, bool keys) {
   if (!keys) {
     text += view.damage.empty() ? "ok" : "damaged: " + view.damage.front();
     if (view.damage.size() > 1) text += ", and " + std::to_string(view.damage.size() - 1) + " more";
-    std::puts(text.c_str());
+    put(text);
     return;
   }
   text += view.path + "\n";
@@ -48,7 +55,7 @@ void print(const StateView& view, bool keys) {
     text += "\n";
   }
   for (const std::string& damage : view.damage) text += "  damaged: " + damage + "\n";
-  std::puts(text.c_str());
+  put(text);
 }
 
 Json to_json(const StateView& view) {
@@ -102,20 +109,23 @@ bool confirmed(const std::string& path) {
 
 int state_show(const StateOptions& options) {
   const Time now = options.now.value_or(wall_clock());
-  bool damaged = false;
+  bool damaged = false, failed = false;
   Json files = Json::array();
   for (const std::string& path : options.paths)
-    for (const std::string& file : state_files(path)) {
-      const StateView view = read_state(file, now);
-      damaged |= !view.damage.empty();
-      if (options.json)
-        files.push_back(to_json(view));
-      else
-        print(view, !options.brief);
-    }
+    for (const std::string& file : state_files(path)) try {
+        const StateView view = read_state(file, now);
+        damaged |= !view.damage.empty();
+        if (options.json)
+          files.push_back(to_json(view));
+        else
+          print(view, !options.brief);
+      } catch (const Failure& failure) {  // the other files can still be shown
+        std::fprintf(stderr, "scanhost: %s\n", failure.what());
+        failed = true;
+      }
   // Bytes of a damaged file that are no UTF-8 are replaced.
   if (options.json) std::puts(files.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
-  return options.verify && damaged ? 1 : 0;
+  return failed || (options.verify && damaged) ? 1 : 0;
 }
 
 int state_set(const StateOptions& options) {
