@@ -20,9 +20,12 @@ Trace::Trace(const TraceSpec& spec, const std::vector<const double*>& sources,
       every_(spec.every),
       mode_(flush_mode),
       row_size_(kTimeSize + spec.columns.size() * (1 + kNumberSize) + 1) {
-  file_ = path == "-" ? dup(STDOUT_FILENO)
-                      : open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  // To open a pipe that nobody reads would wait for ever.
+  file_ = path == "-"
+              ? dup(STDOUT_FILENO)
+              : open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
   if (file_ < 0) throw Failure("trace " + path + ": " + std::strerror(errno));
+  if (path != "-") fcntl(file_, F_SETFL, fcntl(file_, F_GETFL) & ~O_NONBLOCK);
   buffer_ = "time";
   for (const TraceSpec::Column& column : spec.columns) buffer_ += "," + column.name;
   buffer_ += "\n";
