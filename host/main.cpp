@@ -95,18 +95,18 @@ void add_time(CLI::App& command, const char* name, std::optional<Time>& time, co
       ->type_name("TIME");
 }
 
-void add_state_directory(CLI::App& command, std::string& directory, const char* help) {
-  command.add_option("--state", directory, help)
+void add_state_directory(CLI::App& command, ScanOptions& options, const char* help) {
+  command.add_option("--state", options.state, help)
       ->type_name("DIR")
       ->check([](const std::string& path) -> std::string {
         return path.size() < sizeof(Pin::Text) ? "" : "blocks take at most 63 characters";
       });
 }
 
-void add_run(CLI::App& app, RunOptions& options, int& status) {
+void add_run(CLI::App& app, ScanOptions& options, int& status) {
   CLI::App* command = app.add_subcommand("run", "scan in real time until stopped");
   add_scan(*command, options);
-  add_state_directory(*command, options.state, "directory of the state files, not the program's");
+  add_state_directory(*command, options, "directory of the state files, not the program's");
   command->callback([&] { status = run(options); });
 }
 
@@ -121,7 +121,7 @@ void add_simulate(CLI::App& app, SimulateOptions& options, int& status) {
   add_scan(*command, options);
   add_time(*command, "--start", options.start,
            "simulated time of the first scan; default: where the recorded values begin, else now");
-  add_state_directory(*command, options.state, "directory of the state files, kept at the end");
+  add_state_directory(*command, options, "directory of the state files, kept at the end");
   command->add_flag("--outputs", options.write_outputs, "write the output files");
   command->callback([&] { status = simulate(options); });
 }
@@ -216,7 +216,7 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   app.failure_message(CLI::FailureMessage::simple);
   int status = 0;
-  RunOptions run_options;
+  ScanOptions run_options;
   SimulateOptions simulate_options;
   TestOptions test_options;
   ReplayOptions replay_options;

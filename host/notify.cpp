@@ -3,21 +3,21 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cinttypes>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <optional>
 #include <string>
 
+#include "host/number.h"
 #include "host/problems.h"
 
 namespace scanhost {
 namespace {
 
 constexpr std::chrono::seconds kWithoutWatchdog(10);  // between two lines of status
+constexpr double kLongestWatchdog = 9e15;             // us; what is longer is none
 
 // Children, such as the shells of a probe, are not to speak for the host.
 std::string take(const char* variable) {
@@ -27,19 +27,11 @@ std::string take(const char* variable) {
   return text;
 }
 
-std::optional<std::uint64_t> number(const std::string& text) {
-  std::uint64_t value = 0;
-  const char* end = text.data() + text.size();
-  const auto [at, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc{} || at != end) return std::nullopt;
-  return value;
-}
-
 }  // namespace
 
 Notifier::Notifier() {
   const std::string path = take("NOTIFY_SOCKET");
-  const auto microseconds = number(take("WATCHDOG_USEC"));
+  const double microseconds = parse_number(take("WATCHDOG_USEC")).value_or(0.0);
   const std::string owner = take("WATCHDOG_PID");
   if (path.empty()) return;
 
@@ -57,10 +49,10 @@ Notifier::Notifier() {
   socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (socket_ < 0) throw Failure("NOTIFY_SOCKET=" + path + ": " + std::strerror(errno));
 
-  const bool ours = owner.empty() || number(owner) == static_cast<std::uint64_t>(getpid());
-  if (microseconds && *microseconds < INT64_MAX / 1000 && ours)
-    watchdog_ = std::chrono::microseconds(*microseconds);
-  interval_ = watchdog_ > Nanoseconds::zero() ? watchdog_ / 2 : kWithoutWatchdog;
+  const bool ours = owner.empty() || parse_number(owner) == getpid();
+  if (ours && microseconds >= 1.0 && microseconds < kLongestWatchdog)
+    watchdog_ = std::chrono::microseconds(static_cast<std::int64_t>(microseconds));
+  interval_ = watchdog_ > Nanoseconds::zero() ? watchdog_ / 4 : kWithoutWatchdog;
 }
 
 Notifier::~Notifier() {

@@ -32,8 +32,9 @@ class Notifier {
   // Time between two signs of life that the manager waits for; 0: it does not.
   Nanoseconds watchdog() const { return watchdog_; }
 
-  // After each scan: the first one reports readiness, later ones a sign of life whenever half the
-  // watchdog's time has passed, both with the count. Never waits.
+  // After each scan: the first one reports readiness, later ones a sign of life whenever a quarter
+  // of the watchdog's time has passed, both with the count. With a scan of half that time, the
+  // longest that `run` takes, three quarters pass at most between two signs. Never waits.
   void scanned(const ScanCount& count, Nanoseconds now);
   void stopping(const ScanCount& count);
 

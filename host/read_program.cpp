@@ -229,11 +229,7 @@ class ProgramReader {
     }
     if (const auto file = section.text("file")) {
       output.path = beside_program(*file);
-      const auto reads_it = [&](const SignalSpec& signal) {
-        return signal.kind == SignalSpec::Kind::kSeries && is_same_file(signal.path, output.path);
-      };
-      if (is_same_file(program_.path, output.path) ||
-          std::ranges::any_of(program_.signals, reads_it))
+      if (is_recorded(program_, output.path))
         problems_.add(section.entry("file").value.at,
                       "the output would overwrite '" + output.path + "', which the program reads",
                       "give it another file");

@@ -1,5 +1,6 @@
 #include "host/report_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -15,19 +16,26 @@ void write(const std::string& path, const char* mode, const std::string& text) {
   if (!written) throw Failure(path + ": " + std::strerror(errno));
 }
 
-}  // namespace
-
 bool is_same_file(const std::string& one, const std::string& other) {
   std::error_code no_error;
   return std::filesystem::is_regular_file(one, no_error) &&
          std::filesystem::equivalent(one, other, no_error);
 }
 
+bool reads(const Program& program, SignalSpec::Kind kind, const std::string& path) {
+  return std::ranges::any_of(program.signals, [&](const SignalSpec& signal) {
+    return signal.kind == kind && is_same_file(path, signal.path);
+  });
+}
+
+}  // namespace
+
+bool is_recorded(const Program& program, const std::string& path) {
+  return is_same_file(path, program.path) || reads(program, SignalSpec::Kind::kSeries, path);
+}
+
 void keep_sources(const Program& program, const std::string& path) {
-  bool is_source = is_same_file(path, program.path);
-  for (const SignalSpec& signal : program.signals)
-    is_source = is_source || (!signal.path.empty() && is_same_file(path, signal.path));
-  if (is_source)
+  if (is_recorded(program, path) || reads(program, SignalSpec::Kind::kFile, path))
     throw Rejection("scanhost: " + path +
                     " is read by the program and would be overwritten; name another file\n");
 }

@@ -7,10 +7,10 @@
 
 namespace scanhost {
 
-// True if both paths lead to one regular file.
-bool is_same_file(const std::string& one, const std::string& other);
+// True if `path` is the program, or recorded values of one of its signals.
+bool is_recorded(const Program& program, const std::string& path);
 
-// Throws Rejection if `path` is the program or a file that one of its signals reads.
+// Throws Rejection if `path` is one of these, or a live file that a signal reads.
 void keep_sources(const Program& program, const std::string& path);
 
 // Both throw Failure if the file cannot be written. The first is for before the scan: what a long

@@ -69,8 +69,8 @@ class PaintedStack {
   ucontext_t there_{};
 };
 
-// count.c counts the instructions from one sched_yield to the next and, at getppid, gives the
-// sum, the number and the maximum of what it has counted.
+// count.c counts the instructions from one sched_yield to the next and, at getppid, gives their
+// number, their sum and the longest.
 void counted_call(Rig& rig) {
   sched_yield();
   rig.call();

@@ -19,17 +19,13 @@ struct ScanOptions {
   std::string trace;                    // empty: as the program says
   std::optional<std::uint64_t> cycles;  // at most one of these two is set
   std::optional<Duration> length;
+  std::string state;  // directory in place of the program's, or of a temporary one; empty: none
   bool stats = false;
   std::string stats_json;  // path; empty: none
 };
 
-struct RunOptions : ScanOptions {
-  std::string state;  // directory in place of the program's; empty: as the program says
-};
-
 struct SimulateOptions : ScanOptions {
   std::optional<Time> start;
-  std::string state;  // empty: a temporary one
   bool write_outputs = false;
 };
 
@@ -40,7 +36,6 @@ struct TestOptions : ScanOptions {
 
 struct ReplayOptions : ScanOptions {
   std::string recording;  // CSV
-  std::string state;      // directory of the state to begin with; empty: none
   double tolerance = 0.0;
 };
 
@@ -61,7 +56,7 @@ struct StateOptions {
   std::optional<Time> now;  // ages are seen from here; default: the present
 };
 
-int run(const RunOptions& options);
+int run(const ScanOptions& options);
 int simulate(const SimulateOptions& options);
 int test(const TestOptions& options);
 int replay(const ReplayOptions& options);

@@ -31,7 +31,7 @@ void check_files(const Program& program, const ScanOptions& options, const std::
   if (!options.stats_json.empty()) check_report(program, options.stats_json);
 }
 
-int run(const RunOptions& options) {
+int run(const ScanOptions& options) {
   Program program = read_program(options.program);
   if (!options.state.empty()) program.state_dir = options.state;
   load_functions(program, options.library);

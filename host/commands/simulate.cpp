@@ -44,10 +44,6 @@ std::uint64_t scans_to_end(const Program& program, Time start) {
 // Times have four digits for the year.
 constexpr Time kLastDay = std::chrono::sys_days(std::chrono::year(9999) / 12 / 31);
 
-std::uint64_t scans_to(Time end, Time start, Duration scan) {
-  return end < start ? 1 : static_cast<std::uint64_t>((end - start) / scan) + 1;
-}
-
 std::string trace_path(const SimulateOptions& options, const Program& program) {
   if (!options.trace.empty()) return options.trace;
   return program.trace.path.empty() ? "-" : program.trace.path;
@@ -65,7 +61,8 @@ int simulate(const SimulateOptions& options) {
     throw Rejection(
         "scanhost: the program has no recorded values that would end the simulation; "
         "say how long: --for 1h or --cycles 1000\n");
-  if (scans > scans_to(kLastDay, start, program.scan))
+  const Duration room = std::max(kLastDay - start, Duration::zero());
+  if (scans - 1 > static_cast<std::uint64_t>(room / program.scan))
     throw Rejection(
         "scanhost: the simulation would go on beyond the year 9999; give a shorter --for or "
         "--cycles\n");

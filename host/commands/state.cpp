@@ -112,7 +112,8 @@ int state_show(const StateOptions& options) {
   bool damaged = false, failed = false;
   Json files = Json::array();
   for (const std::string& path : options.paths)
-    for (const std::string& file : state_files(path)) try {
+    for (const std::string& file : state_files(path)) {
+      try {
         const StateView view = read_state(file, now);
         damaged |= !view.damage.empty();
         if (options.json)
@@ -123,6 +124,7 @@ int state_show(const StateOptions& options) {
         std::fprintf(stderr, "scanhost: %s\n", failure.what());
         failed = true;
       }
+    }
   // Bytes of a damaged file that are no UTF-8 are replaced.
   if (options.json) std::puts(files.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
   return failed || (options.verify && damaged) ? 1 : 0;

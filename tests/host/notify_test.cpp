@@ -8,6 +8,7 @@
 
 #include <cstring>
 
+#include "host/notify.h"
 #include "tests/support/scanhost.h"
 
 namespace {
@@ -55,8 +56,7 @@ in   = { Enable = 1 }
 
 TEST(Notify, IsReadyAliveAndStopping) {
   for (const bool abstract : {false, true}) {
-    Host host;
-    host.write("p.toml", kProgram);
+    Host host(kProgram);
     const std::string path = host.directory() / "socket";
     const Manager manager(abstract ? "@scanblocks-" + path : path);
     setenv("WATCHDOG_USEC", "400000", 1);
@@ -73,14 +73,25 @@ TEST(Notify, IsReadyAliveAndStopping) {
   }
 }
 
+// With the longest scan that is taken each scan gives one, also where it comes a little early.
+TEST(Notify, GivesASignOfLifeInTime) {
+  const TemporaryDirectory directory;
+  const Manager manager(directory.path() / "socket");
+  setenv("WATCHDOG_USEC", "400000", 1);
+  scanhost::Notifier notifier;
+  for (const int milliseconds : {1, 199, 400, 599, 799}) {
+    notifier.scanned({}, std::chrono::milliseconds(milliseconds));
+    EXPECT_TRUE(has(manager.message(0), "WATCHDOG=1")) << milliseconds;
+  }
+}
+
 TEST(Notify, KeepsQuietForAnotherProcessAndRefusesATightWatchdog) {
-  Host host;
-  host.write("p.toml", kProgram);
+  Host host(kProgram);
   const Manager manager(host.directory() / "socket");
   setenv("WATCHDOG_USEC", "30000", 1);
   Host::Result result = host.run("run p.toml --cycles 9");
   EXPECT_EQ(result.status, 2);
-  EXPECT_NE(result.err.find("set WatchdogSec to more"), std::string::npos) << result.err;
+  EXPECT_TRUE(has(result.err, "set WatchdogSec to more"));
   setenv("WATCHDOG_PID", "1", 1);
   result = host.run("run p.toml --cycles 9");
   EXPECT_EQ(result.status, 0) << result.err;

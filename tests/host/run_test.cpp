@@ -165,10 +165,9 @@ TEST(Run, AccountsForEveryDeadline) {
 }
 
 TEST(Run, ReportsAnOutputOnceAndTriesItAgain) {
-  Host host;
   std::string program = kFollower;
   program.replace(program.find("out/valve"), 9, "blocked");
-  host.write("p.toml", program);
+  Host host(program);
   host.write("level", "5");
   std::filesystem::create_directory(host.directory() / "blocked");
   host.start("run p.toml");
